@@ -1,0 +1,120 @@
+// The library's one logging macro.
+//
+// Every message goes first to the Android log (through the secure-log hook,
+// which may consume it) and then to the offline log, each sink gated by its
+// own level threshold and group mask owned by the logging library. A line id
+// is part of each message's identity, so it is always passed explicitly and
+// never taken from where the statement happens to sit.
+#pragma once
+
+#include <android/log.h>
+#include <nvdebug/NvLog.h>
+
+#include <cstdint>
+
+namespace metahelper::logging {
+
+enum class Level : uint8_t { kError, kWarning, kInfo, kDebug, kVerbose };
+
+// All messages of this library belong to the helper group, except a few gamma
+// and crop diagnostics that belong to the ISP group.
+inline constexpr uint32_t kHelperGroup = 64;
+inline constexpr uint32_t kIspGroup = 2;
+inline constexpr const char* kAndroidTag = "NvAlgoEngine";
+
+struct LevelTraits {
+  uint32_t threshold;         // a sink prints when its level setting is <= this
+  int androidPriority;        // verbose deliberately prints at debug priority
+  char hookLetter;            // what the secure-log hook receives
+  const char* offlineLetter;  // what the offline log receives
+  bool needsDebugMask;        // offline copy below error needs gNvCamDebugMask
+};
+
+inline constexpr LevelTraits kLevelTraits[] = {
+    {6, ANDROID_LOG_ERROR, 'E', "E", false}, {5, ANDROID_LOG_WARN, 'W', "W", true},
+    {4, ANDROID_LOG_INFO, 'I', "I", true},   {3, ANDROID_LOG_DEBUG, 'D', "D", true},
+    {2, ANDROID_LOG_DEBUG, 'D', "V", true},
+};
+
+inline const LevelTraits& TraitsOf(Level level) { return kLevelTraits[static_cast<int>(level)]; }
+
+// A printf format, and the same format with the online prefix joined in front
+// of it at build time. Built only through MH_FORMAT so the two never drift.
+struct Format {
+  const char* text;
+  const char* online;
+};
+
+// Where a message comes from: the compile-time source path and the function.
+struct Site {
+  const char* file;
+  const char* function;
+};
+
+inline bool OnlineEnabled(Level level, uint32_t group) {
+  return gNvCamLogLevel <= TraitsOf(level).threshold && (gNvCamLogGroup & 0xFFu & group) != 0;
+}
+
+inline bool OfflineEnabled(Level level, uint32_t group) {
+  const LevelTraits& traits = TraitsOf(level);
+  return gNvCamOfflineLogLevel <= traits.threshold && (gNvCamOfflineLogGroup & 0xFFu & group) != 0 &&
+         (!traits.needsDebugMask || gNvCamDebugMask != 0);
+}
+
+template <typename... Args>
+__attribute__((noinline)) void EmitOnline(Level level, uint32_t group, const Site& site, int line,
+                                          const Format& format, Args... args) {
+  const LevelTraits& traits = TraitsOf(level);
+  const char* file = nvdebug::Log::getFileName(site.file);
+  if (nvdebug::Log::secureLog(group, file, line, site.function, traits.hookLetter, format.text, args...) != 0)
+    return;
+  __android_log_print(traits.androidPriority, kAndroidTag, format.online,
+                      nvdebug::Log::nvaGroupToString(group), nvdebug::Log::getFileName(site.file), line,
+                      site.function, args...);
+}
+
+template <typename... Args>
+__attribute__((noinline)) void EmitOffline(Level level, uint32_t group, const Site& site, int line,
+                                           const Format& format, Args... args) {
+  nvdebug::Log::logSystem(group, TraitsOf(level).offlineLetter, nvdebug::Log::getFileName(site.file),
+                          site.function, line, format.text, args...);
+}
+
+// The gates are tested inline, so a disabled message costs only the reads of
+// the settings; the settings are read again for the offline step because they
+// may change in between.
+template <typename... Args>
+inline void Emit(Level level, uint32_t group, const Site& site, int line, const Format& format,
+                 Args... args) {
+  if (OnlineEnabled(level, group)) EmitOnline(level, group, site, line, format, args...);
+  if (OfflineEnabled(level, group)) EmitOffline(level, group, site, line, format, args...);
+}
+
+// Never called: lets the compiler check a literal format against its arguments.
+__attribute__((format(printf, 1, 2))) inline void CheckFormat(const char*, ...) {}
+
+}  // namespace metahelper::logging
+
+#define MH_ONLINE_PREFIX "%s %s:%d %s()"
+#define MH_FORMAT(literal) \
+  ::metahelper::logging::Format { literal, MH_ONLINE_PREFIX literal }
+// Most messages are emitted inside a pair of double-quote characters.
+#define MH_QUOTED(text) "\"" text "\""
+#define MH_HERE \
+  ::metahelper::logging::Site { __FILE__, __func__ }
+
+// MH_LOG(kError, 13, MH_QUOTED("pArg is null"));
+// MH_LOG(kInfo, 200, "value %d", value);
+#define MH_LOG(level, line, fmt, ...) \
+  MH_LOG_GROUP(::metahelper::logging::kHelperGroup, level, line, fmt, ##__VA_ARGS__)
+
+#define MH_LOG_GROUP(group, level, line, fmt, ...) MH_LOG_AS(group, __func__, level, line, fmt, ##__VA_ARGS__)
+
+// For messages that must carry a function name other than the caller's.
+#define MH_LOG_AS(group, function, level, line, fmt, ...)                                              \
+  do {                                                                                                 \
+    if (false) ::metahelper::logging::CheckFormat(fmt, ##__VA_ARGS__);                                 \
+    ::metahelper::logging::Emit(::metahelper::logging::Level::level, group,                            \
+                                ::metahelper::logging::Site{__FILE__, function}, line, MH_FORMAT(fmt), \
+                                ##__VA_ARGS__);                                                        \
+  } while (0)
