@@ -1,0 +1,145 @@
+// The default behaviours of the interface: stubs, and the two
+// not-supported forms, in both classes; and the manager that hands out the
+// helper.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "MetaHelperManagerImpl.h"
+#include "MtkMetadataHelper.h"
+#include "TestSupport.h"
+
+namespace {
+
+using metahelper::metadataHelperBase;
+using metahelper::MetaPtr;
+using testsupport::LogCapture;
+using testsupport::NewMeta;
+
+// A call with the output (or record) either null or valid.
+using Call = std::function<int(metadataHelperBase&, MetaPtr, bool nullOut)>;
+
+template <typename T>
+T* OutOrNull(bool nullOut) {
+  static T storage{};
+  return nullOut ? nullptr : &storage;
+}
+
+#define OUT_CALL(op, type) \
+  [](metadataHelperBase& h, MetaPtr m, bool n) { return h.op(m, OutOrNull<type>(n)); }
+
+struct NotSupportedCase {
+  const char* name;
+  Call call;
+  int line;        // line id of its "arg err"
+  bool needsMeta;  // form B: an empty container is an argument fault too
+  const char* file;
+};
+
+const NotSupportedCase kCases[] = {
+    // The generic class.
+    {"GetUIEV", OUT_CALL(GetUIEV, int), 182, false, "metadataHelperBase.cpp"},
+    {"GetCurSensorMode", OUT_CALL(GetCurSensorMode, int), 81, false, "metadataHelperBase.cpp"},
+    {"GetQTimerTimeStamp", OUT_CALL(GetQTimerTimeStamp, unsigned long), 148, false, "metadataHelperBase.cpp"},
+    {"GetFrameLumaTarget", OUT_CALL(GetFrameLumaTarget, float), 1057, false, "metadataHelperBase.cpp"},
+    {"GetGyroInfo", OUT_CALL(GetGyroInfo, nvholder::ChiFrameGyro), 1203, false, "metadataHelperBase.cpp"},
+    {"getPass1CropRegion",
+     [](metadataHelperBase& h, MetaPtr m, bool n) {
+       return h.getPass1CropRegion(m, OutOrNull<nvholder::ChiRect>(n), 0);
+     },
+     2301, false, "metadataHelperBase.cpp"},
+    {"GetSensorExpInfo", OUT_CALL(GetSensorExpInfo, nvholder::SensorMultiExposureInfo), 1182, true,
+     "metadataHelperBase.cpp"},
+    {"SetFdData", OUT_CALL(SetFdData, nvholder::NUNvFDRawSnapshotParam), 1088, true,
+     "metadataHelperBase.cpp"},
+    {"SetCropRegion", OUT_CALL(SetCropRegion, nvholder::ChiRect), 2303, true, "metadataHelperBase.cpp"},
+};
+
+class NotSupportedForms : public ::testing::TestWithParam<NotSupportedCase> {};
+
+TEST_P(NotSupportedForms, NullOutputLogsArgErrValidOutputIsSilent) {
+  const NotSupportedCase& c = GetParam();
+  metadataHelperBase helper;
+  {
+    LogCapture log;
+    EXPECT_EQ(-1, c.call(helper, NewMeta(), /*nullOut=*/true));
+    ASSERT_EQ(1u, log.online.size());
+    EXPECT_EQ("E " + std::to_string(c.line) + " \"arg err\"", log.Summary()[0]);
+    EXPECT_EQ(c.name, log.online[0].function);
+    EXPECT_EQ(c.file, log.online[0].file);
+  }
+  {
+    LogCapture log;
+    EXPECT_EQ(-1, c.call(helper, NewMeta(), /*nullOut=*/false));
+    EXPECT_TRUE(log.online.empty());
+  }
+  {
+    // Form A never looks at the container; form B requires one.
+    LogCapture log;
+    EXPECT_EQ(-1, c.call(helper, nullptr, /*nullOut=*/false));
+    EXPECT_EQ(c.needsMeta ? 1u : 0u, log.online.size());
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Generic, NotSupportedForms, ::testing::ValuesIn(kCases),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+TEST(Stubs, ReturnMinusOneWithoutLoggingOrLooking) {
+  metadataHelperBase base;
+  metahelper::MtkMetadataHelper mtk;
+  LogCapture log;
+  FacesInfo faces{};
+  std::string detail;
+  for (metadataHelperBase* h : {&base, static_cast<metadataHelperBase*>(&mtk)}) {
+    EXPECT_EQ(-1, h->GetMultiCameraIds(nullptr, nullptr));
+    EXPECT_EQ(-1, h->GetSnapshotReqInfo(nullptr, nullptr));
+    EXPECT_EQ(-1, h->GetStaticMetaSensorCaps(nullptr, nullptr));
+    EXPECT_EQ(-1, h->GetSensorMetaDataSensorModeInfo(nullptr, nullptr));
+    EXPECT_EQ(-1, h->GetZslSelectorInfoDetail(nullptr, detail));
+    EXPECT_EQ(-1, h->SetISO(nullptr, nullptr));
+  }
+  EXPECT_EQ(-1, base.GetFaceRect(nullptr, 0, 0, faces, nullptr));
+  EXPECT_EQ(-1, base.GetShiftDataFromHolder(0, 0, nullptr));
+  EXPECT_EQ(-1, base.GetLuxIndex(nullptr, nullptr));
+  EXPECT_TRUE(log.online.empty());
+  EXPECT_TRUE(log.offline.empty());
+}
+
+TEST(MediaTekForms, LogFromTheirOwnFileAndThroughTheBaseInterface) {
+  metahelper::MtkMetadataHelper mtk;
+  metadataHelperBase& asBase = mtk;
+  LogCapture log;
+  nvholder::SensorMultiExposureInfo info{};
+  EXPECT_EQ(-1, asBase.GetBlackLevelShift(NewMeta(), nullptr));  // overridden: not supported here
+  EXPECT_EQ(-1, asBase.SetGainMapEvInfo(nullptr, nullptr));      // form B
+  EXPECT_EQ(-1, mtk.GetStgExpInfo(nullptr, nullptr));            // the class's own extra slot
+  EXPECT_EQ(-1, mtk.GetStgExpInfo(nullptr, &info));
+  ASSERT_EQ(3u, log.online.size());
+  for (const auto& line : log.online) EXPECT_EQ("MtkMetadataHelper.cpp", line.file);
+  EXPECT_EQ((std::vector<std::string>{"E 1640 \"arg err\"", "E 2460 \"arg err\"", "E 3820 \"arg err\""}),
+            log.Summary());
+}
+
+// ---- The manager ---------------------------------------------------------
+extern "C" void* GetInstance();
+
+TEST(Manager, OneManagerOneHelperSharedWithEveryCaller) {
+  auto* manager = static_cast<metahelper::MetaHelperManagerImpl*>(GetInstance());
+  ASSERT_EQ(manager, GetInstance());
+  std::shared_ptr<metadataHelperBase> first = manager->GetMetadataHelper();  // no Init needed
+  const long owners = first.use_count();
+  std::shared_ptr<metadataHelperBase> second = manager->GetMetadataHelper();
+  EXPECT_EQ(first.get(), second.get());
+  EXPECT_EQ(owners + 1, second.use_count());
+  EXPECT_EQ(0, manager->Init());
+  EXPECT_EQ(first.get(), manager->GetMetadataHelper().get());
+  // What it hands out is the MediaTek helper: its override answers.
+  LogCapture log;
+  EXPECT_EQ(-1, first->GetBlackLevelShift(NewMeta(), nullptr));
+  ASSERT_EQ(1u, log.online.size());
+  EXPECT_EQ("MtkMetadataHelper.cpp", log.online[0].file);
+}
+
+}  // namespace
