@@ -1,0 +1,255 @@
+// The shapes that most helper operations share, written once.
+//
+// An operation is a descriptor (which tag, which messages, at which levels,
+// with which line ids) plus one of the skeletons below. A descriptor row reads
+// as the operation's whole contract:
+//
+//   {ByNumber(ANDROID_SENSOR_EXPOSURE_TIME), MH_ERR("ANDROID_SENSOR_EXPOSURE_TIME"), {88, 94, 95}}
+//
+// Message texts are built from string literals at compile time, so every
+// message reaches the log as one complete literal format. Nothing here
+// allocates; skeletons hold only the shared references the core read takes.
+#pragma once
+
+#include <MetaTagWrapper.h>
+
+#include <cstddef>
+#include <cstring>
+#include <type_traits>
+
+#include "Log.h"
+#include "metadataHelperBase.h"
+
+namespace metahelper::ops {
+
+using logging::Format;
+using logging::Level;
+using logging::Site;
+
+// ---- Naming a tag --------------------------------------------------------
+// Exactly one of the three forms is used per tag.
+struct TagRef {
+  const char* name;
+  META_TAG_INDEX index;
+  uint32_t number;
+};
+constexpr TagRef ByIndex(META_TAG_INDEX index) { return {nullptr, index, 0}; }
+constexpr TagRef ByNumber(uint32_t number) { return {nullptr, META_NO_INDEX, number}; }
+constexpr TagRef ByName(const char* name) { return {name, META_NO_INDEX, 0}; }
+
+// ---- Messages ------------------------------------------------------------
+// The pair a read reports: the lookup failed, or it gave no data. A style
+// without a second message leaves noData.text null.
+struct ReadMessages {
+  Format lookupFailed;
+  Format noData;
+};
+
+inline constexpr Format kNoMessage{nullptr, nullptr};
+inline constexpr Format kArgErr = MH_FORMAT(MH_QUOTED("arg err"));
+inline constexpr Format kFwkCameraIdFail = MH_FORMAT(MH_QUOTED("GetMetadata FwkCameraId fail"));
+
+#define MH_MESSAGES(first, second) \
+  ::metahelper::ops::ReadMessages { MH_FORMAT(MH_QUOTED(first)), MH_FORMAT(MH_QUOTED(second)) }
+#define MH_ONE_MESSAGE(first) \
+  ::metahelper::ops::ReadMessages { MH_FORMAT(MH_QUOTED(first)), ::metahelper::ops::kNoMessage }
+// The message styles, from the name the messages print.
+#define MH_ERR(label) MH_MESSAGES("GetMetadata " label " err", "get metadata " label " err")
+#define MH_FAIL(label) MH_ONE_MESSAGE("GetMetadata " label " fail")
+#define MH_FAIL2(label) MH_MESSAGES("GetMetadata " label " fail", "get metadata " label " fail")
+#define MH_ERR12(label) MH_MESSAGES("GetMetadata " label " err1", "GetMetadata " label " err2")
+#define MH_GENERIC MH_MESSAGES("GetMetadata err", "get metadata err")
+// A single framed message, and the usual text of a failed write.
+#define MH_MESSAGE(text) MH_FORMAT(MH_QUOTED(text))
+#define MH_SET_ERR(label) MH_MESSAGE("SetMetadata " label " err")
+
+// ---- Descriptors ---------------------------------------------------------
+// The id of a check that cannot fail or a message the style does not have.
+inline constexpr int kNoLine = 0;
+
+// Line ids in the order of the checks.
+struct ReadLines {
+  int arg;
+  int lookup;
+  int noData = kNoLine;
+};
+
+// What a read refuses before it looks at the metadata, and what it says then.
+struct ArgCheck {
+  Format message;
+  bool needsContainer;  // an empty container is refused like a null output
+};
+inline constexpr ArgCheck kOutputChecked{kArgErr, false};
+inline constexpr ArgCheck kOutputAndContainerChecked{kArgErr, true};
+
+struct ReadSpec {
+  TagRef tag;
+  ReadMessages messages;
+  ReadLines lines;
+  Level messageLevel = Level::kVerbose;
+  Level argLevel = Level::kError;
+  ArgCheck argCheck = kOutputChecked;
+};
+
+// A read from the static metadata of the request's camera.
+struct StaticLines {
+  int arg;
+  int camera;
+  int lookup;
+  int noData = kNoLine;
+};
+
+struct StaticReadSpec {
+  TagRef tag;
+  ReadMessages messages;
+  StaticLines lines;
+  Level messageLevel = Level::kVerbose;
+};
+
+struct WriteLines {
+  int arg;
+  int failed;
+};
+
+struct WriteSpec {
+  TagRef tag;
+  Format failed;
+  WriteLines lines;
+  bool checksContainer = true;  // array setters also refuse an empty container
+  Level failLevel = Level::kVerbose;
+  Level argLevel = Level::kError;
+};
+
+// ---- Small utilities -----------------------------------------------------
+inline void Report(Level level, const Site& site, int line, const Format& format) {
+  logging::Emit(level, logging::kHelperGroup, site, line, format);
+}
+
+// Element data may sit at any alignment the container chose; copy, don't cast.
+template <typename T>
+T Element(const void* data, size_t index = 0) {
+  T value;
+  std::memcpy(&value, static_cast<const unsigned char*>(data) + index * sizeof(T), sizeof(T));
+  return value;
+}
+
+// ---- Skeletons -----------------------------------------------------------
+// The element pointer a read returns points into the container, so whoever
+// uses it keeps its own reference to the container until it is done: hand
+// ReadTag a copy, never the last reference (a caller may pass a temporary).
+// Resolves and reads the tag; on failure logs the descriptor's message and
+// returns the failure, on success stores the element pointer.
+inline int ReadTag(metadataHelperBase& helper, const Site& site, const ReadMessages& messages,
+                   const TagRef& tag, Level level, int lookupLine, int noDataLine, MetaPtr meta,
+                   const void** data, uint32_t* count = nullptr) {
+  void* found = nullptr;
+  const int result = helper.GetMetaData(meta, tag.name, tag.index, tag.number, &found, count);
+  if (result != 0) {
+    Report(level, site, lookupLine, messages.lookupFailed);
+    return result;
+  }
+  if (found == nullptr) {
+    if (messages.noData.text != nullptr) Report(level, site, noDataLine, messages.noData);
+    return -1;
+  }
+  *data = found;
+  return 0;
+}
+
+inline int ReadTag(metadataHelperBase& helper, const Site& site, const ReadSpec& spec, MetaPtr meta,
+                   const void** data, uint32_t* count = nullptr) {
+  return ReadTag(helper, site, spec.messages, spec.tag, spec.messageLevel, spec.lines.lookup,
+                 spec.lines.noData, std::move(meta), data, count);
+}
+
+// Reports a refused argument the way the descriptor says; always -1.
+inline int RefuseArgument(const Site& site, const ReadSpec& spec) {
+  Report(spec.argLevel, site, spec.lines.arg, spec.argCheck.message);
+  return -1;
+}
+
+// The standard read: check the arguments, read, hand the data to `store`.
+template <typename Out, typename Store>
+int ReadWith(metadataHelperBase& helper, const Site& site, const ReadSpec& spec, MetaPtr meta, Out* out,
+             Store store) {
+  if (out == nullptr || (spec.argCheck.needsContainer && !meta)) return RefuseArgument(site, spec);
+  const void* data = nullptr;
+  const int result = ReadTag(helper, site, spec, meta, &data);
+  if (result != 0) return result;
+  store(data, out);
+  return 0;
+}
+
+// Copies `bytes` (by default one Out) from the tag's data as it stands.
+template <typename Out>
+int ReadCopy(metadataHelperBase& helper, const Site& site, const ReadSpec& spec, MetaPtr meta, Out* out,
+             size_t bytes = sizeof(Out)) {
+  return ReadWith(helper, site, spec, std::move(meta), out,
+                  [bytes](const void* data, Out* target) { std::memcpy(target, data, bytes); });
+}
+
+// Converts the first element, read as Element, into the output.
+template <typename Element_, typename Out, typename Convert>
+int ReadConverted(metadataHelperBase& helper, const Site& site, const ReadSpec& spec, MetaPtr meta, Out* out,
+                  Convert convert) {
+  return ReadWith(helper, site, spec, std::move(meta), out,
+                  [&convert](const void* data, Out* target) { *target = convert(Element<Element_>(data)); });
+}
+
+// Per-camera values: the request names the camera, its static metadata holds
+// the value. The camera id comes through the virtual GetFwkCameraId so that an
+// override changes every static read.
+template <typename Out>
+int ReadStaticCopy(metadataHelperBase& helper, const Site& site, const StaticReadSpec& spec, MetaPtr meta,
+                   Out* out, size_t bytes = sizeof(Out)) {
+  if (out == nullptr) {
+    Report(Level::kError, site, spec.lines.arg, kArgErr);
+    return -1;
+  }
+  int cameraId = -1;
+  const int idResult = helper.GetFwkCameraId(std::move(meta), &cameraId);
+  if (idResult != 0) {
+    Report(spec.messageLevel, site, spec.lines.camera, kFwkCameraIdFail);
+    return idResult;
+  }
+  MetaPtr staticMeta =
+      StaticMetadataWraper::getInstance()->getStaticMetadata(static_cast<unsigned>(cameraId));
+  const void* data = nullptr;
+  const int result = ReadTag(helper, site, spec.messages, spec.tag, spec.messageLevel, spec.lines.lookup,
+                             spec.lines.noData, staticMeta, &data);
+  if (result != 0) return result;
+  std::memcpy(out, data, bytes);
+  return 0;
+}
+
+// Not supported, form A: only the output pointer is looked at.
+inline int NotSupported(const Site& site, int line, const void* out) {
+  if (out == nullptr) Report(Level::kError, site, line, kArgErr);
+  return -1;
+}
+
+// Not supported, form B: a record and a container are both expected.
+inline int NotSupported(const Site& site, int line, const void* record, const MetaPtr& meta) {
+  if (record == nullptr || !meta) Report(Level::kError, site, line, kArgErr);
+  return -1;
+}
+
+// The result of an operation that does nothing on this platform.
+inline constexpr int kStub = -1;
+
+// Setters: check, write `count` elements, report a failed write, pass the
+// write's own result through.
+template <typename T>
+int Write(metadataHelperBase& helper, const Site& site, const WriteSpec& spec, MetaPtr meta, T* values,
+          uint32_t count) {
+  if (values == nullptr || (spec.checksContainer && !meta)) {
+    Report(spec.argLevel, site, spec.lines.arg, kArgErr);
+    return -1;
+  }
+  const int result =
+      helper.SetMetaData<T>(std::move(meta), spec.tag.name, spec.tag.index, spec.tag.number, values, count);
+  if (result != 0) Report(spec.failLevel, site, spec.lines.failed, spec.failed);
+  return result;
+}
+
+}  // namespace metahelper::ops
