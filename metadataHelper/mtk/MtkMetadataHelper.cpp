@@ -550,7 +550,7 @@ int MtkMetadataHelper::GetTuningSensorMode(MetaPtr meta, int* out) {
 int MtkMetadataHelper::GetGammaOutput(MetaPtr meta, nvholder::GammaInfo* out) {
   if (MissingOutput(out, MH_HERE, 1360)) return -1;
   const void* curve = nullptr;
-  const int result = ReadGammaCurve(*this, MH_HERE, kGammaInfo, std::move(meta), &curve);
+  const int result = ReadGammaCurve(*this, MH_HERE, kGammaInfo, meta, &curve);
   if (result != 0 || curve == nullptr) return result;
   std::memcpy(out->gamma, curve, sizeof out->gamma);
   out->isGammaValid = 1;
@@ -563,7 +563,7 @@ int MtkMetadataHelper::GetGammaOutput(MetaPtr meta, nvholder::GammaTableInfo* ou
   if (MissingOutput(out, MH_HERE, 1380)) return -1;
   mtk::FillDefaultGammaTables(out);
   const void* curve = nullptr;
-  const int result = ReadGammaCurve(*this, MH_HERE, kGammaTable, std::move(meta), &curve);
+  const int result = ReadGammaCurve(*this, MH_HERE, kGammaTable, meta, &curve);
   if (result != 0 || curve == nullptr) return result;
   std::memcpy(out->gammaTable, curve, 256 * sizeof(uint32_t));
   out->gammaTable[256] = 1023;
@@ -625,7 +625,7 @@ int MtkMetadataHelper::GetAeRatio(MetaPtr meta, float* out) {
   if (MissingOutput(out, MH_HERE, 1780)) return -1;
   *out = 1.0f;
   const void* adjust = nullptr;
-  const int result = ReadTag(*this, MH_HERE, kAeAdjustRatio, std::move(meta), &adjust);
+  const int result = ReadTag(*this, MH_HERE, kAeAdjustRatio, meta, &adjust);
   if (result != 0) return result;
   const auto value = Element<int32_t>(adjust);
   if (value == 0) MH_LOG(kWarning, 1782, MH_QUOTED("GetMetadata nuvaro.hdr.custom.adjustratio = 0"));
@@ -656,7 +656,7 @@ int MtkMetadataHelper::GetAWBFrameControl(MetaPtr meta, nvholder::NUAWBFrameCont
   const int result = ReadData(*this, MH_HERE, kAwbGains, meta, out, &gains);
   if (result != 0) return result;
   const void* temperature = nullptr;
-  const int temperatureResult = ReadTag(*this, MH_HERE, kAwbColorTemperature, std::move(meta), &temperature);
+  const int temperatureResult = ReadTag(*this, MH_HERE, kAwbColorTemperature, meta, &temperature);
   if (temperatureResult != 0) return temperatureResult;
   out->gains[0] = Element<float>(gains, 0);
   out->gains[1] = Element<float>(gains, 1);
@@ -717,7 +717,7 @@ int MtkMetadataHelper::SetFdData(MetaPtr meta, nvholder::NUNvFDRawSnapshotParam*
 // Only a diagnostic: the record itself is never written.
 int MtkMetadataHelper::GetGTMTable(MetaPtr meta, nvholder::GTMInfo* out) {
   const void* curve = nullptr;
-  const int result = ReadData(*this, MH_HERE, kGtmCurve, std::move(meta), out, &curve);
+  const int result = ReadData(*this, MH_HERE, kGtmCurve, meta, out, &curve);
   if (result != 0) return result;
   MH_LOG(kDebug, 2263, "gtm curve, binNum:%d (%d, %d)", Element<int32_t>(curve, 0),
          Element<int32_t>(curve, 32), Element<int32_t>(curve, 288));
@@ -931,7 +931,7 @@ int MtkMetadataHelper::SetFacesInfoHolder(MetaPtr source, MetaPtr destination) {
 int MtkMetadataHelper::SetFocusROI(MetaPtr source, MetaPtr destination) {
   const void* data = nullptr;
   uint32_t count = 0;
-  const int result = ReadTag(*this, MH_HERE, kAfRoiSource, std::move(source), &data, &count);
+  const int result = ReadTag(*this, MH_HERE, kAfRoiSource, source, &data, &count);
   if (result != 0) return result;
   return WriteRaw(*this, MH_HERE, kAfRoi, kAfRoiWriteFailed, 3803, std::move(destination),
                   const_cast<void*>(data), count);
