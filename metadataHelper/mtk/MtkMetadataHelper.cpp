@@ -642,7 +642,7 @@ int MtkMetadataHelper::GetNuvaroSensorModeType(MetaPtr meta, nvholder::NVSENSORM
   const int result = ReadData(*this, MH_HERE, kSensorModeFrameResult, meta, out, &frameResult);
   if (result != 0) return result;
   int cameraId = -1;
-  GetFwkCameraId(std::move(meta), &cameraId);
+  GetFwkCameraId(meta, &cameraId);
   const int32_t mode =
       cameraId == -1 ? 0 : mtk::PlatformSensorMode(static_cast<const int32_t*>(frameResult), cameraId);
   *out = mtk::SensorModeTypeFromPlatformMode(mode);
