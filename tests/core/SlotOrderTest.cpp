@@ -16,17 +16,13 @@
 #include "MtkMetadataHelper.h"
 #include "TestSupport.h"
 
-namespace {
+// What a caller compiles against: the slot table, nothing of the project's.
+// These have external linkage on purpose: a class in an anonymous namespace
+// with no concrete subclass lets the optimiser turn every call through it
+// into a pure-virtual call.
+namespace caller {
 
 using Meta = std::shared_ptr<NvMetadata>;
-
-struct Args {
-  FacesInfo faces{};
-  std::vector<int> ids;
-  std::string text;
-};
-
-// What a caller compiles against: the slot table, nothing of the project's.
 class CallerHelper {
  public:
   virtual ~CallerHelper() = default;  // slots 1 and 2
@@ -47,6 +43,21 @@ class CallerManager {
   virtual std::shared_ptr<CallerHelper> GetMetadataHelper() = 0;
 };
 
+}  // namespace caller
+
+namespace {
+
+using caller::CallerHelper;
+using caller::CallerManager;
+using caller::CallerMtkHelper;
+using Meta = std::shared_ptr<NvMetadata>;
+
+struct Args {
+  FacesInfo faces{};
+  std::vector<int> ids;
+  std::string text;
+};
+
 // Laid out by the project's header; every override records its slot.
 class SlotRecorder : public metahelper::metadataHelperBase {
  public:
@@ -63,6 +74,9 @@ class SlotRecorder : public metahelper::metadataHelperBase {
 TEST(SlotOrder, EverySlotOfTheCallersTableRunsThatOperation) {
   SlotRecorder recorder;
   auto* caller = reinterpret_cast<CallerHelper*>(static_cast<metahelper::metadataHelperBase*>(&recorder));
+  // As in a real caller, nothing about the object may be known beyond the
+  // pointer: hide its origin from the optimiser.
+  asm volatile("" : "+r"(caller));
   Args a;
   int calls = 0;
 #define HELPER_SLOT(slot, ret, name, params, args) \
