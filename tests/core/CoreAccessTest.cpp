@@ -16,9 +16,8 @@ using testsupport::NewMeta;
 using testsupport::Put;
 
 constexpr uint32_t kUndeclared = 0xFFFFFFFFu;
-const std::string kNull = "E 13 \"pArg is null\"";
 
-class CoreRead : public ::testing::Test {
+class Core : public ::testing::Test {
  protected:
   void TearDown() override { MetaTagWrapper::getInstance().resetTags(); }
 
@@ -32,40 +31,41 @@ class CoreRead : public ::testing::Test {
   metahelper::metadataHelperBase helper;
   void* data = nullptr;
 };
+using CoreRead = Core;
+using CoreWrite = Core;
 
-TEST_F(CoreRead, FailuresInOrderWithTheirLineIds) {
+// The read and the write check their arguments in the same order; each
+// failure has its own line id, and nothing is read or written.
+TEST_F(Core, FailuresInOrderWithTheirLineIds) {
   struct Case {
     const char* what;
     bool withMeta;
     const char* name;
     META_TAG_INDEX index;
-    uint32_t tag;
-    std::vector<std::string> log;
+    std::vector<std::string> readLog, writeLog;
   };
   MetaTagWrapper::getInstance().setTag(META_SHOOTING_TIMESTAMP, kUndeclared);
+  const std::string undeclared = "metadata not declared, tagindex " + std::to_string(META_SHOOTING_TIMESTAMP);
+  const std::string readErr = "D 36 \"GetMetadata err\"";
+  // clang-format off
   const Case cases[] = {
-      {"no container, nothing else looked at", false, nullptr, META_SHOOTING_TIMESTAMP, 0, {kNull}},
-      {"no tag named at all", true, nullptr, META_NO_INDEX, 0, {"E 16 \"pArg is null\""}},
-      {"undeclared index",
-       true,
-       nullptr,
-       META_SHOOTING_TIMESTAMP,
-       0,
-       {"E 23 metadata not declared, tagindex " + std::to_string(META_SHOOTING_TIMESTAMP),
-        "D 36 \"GetMetadata err\""}},
-      {"absent numeric tag",
-       true,
-       nullptr,
-       META_NO_INDEX,
-       ANDROID_SENSOR_EXPOSURE_TIME,
-       {"D 36 \"GetMetadata err\""}},
-      {"unknown name", true, "no.such.tag", META_NO_INDEX, 0, {"D 36 \"GetMetadata err\""}},
+      {"no container, nothing else looked at", false, "x", META_SHOOTING_TIMESTAMP, {"E 13 \"pArg is null\""}, {"E 48 \"pArg is null\""}},
+      {"no tag named at all",                  true,  nullptr, META_NO_INDEX,       {"E 16 \"pArg is null\""}, {"E 51 \"pArg is null\""}},
+      {"undeclared index",                     true,  nullptr, META_SHOOTING_TIMESTAMP, {"E 23 " + undeclared, readErr}, {"E 57 " + undeclared}},
+      {"unknown name (silent in the write)",   true,  "no.such.tag", META_NO_INDEX, {readErr}, {}},
   };
+  // clang-format on
   for (const Case& c : cases) {
+    auto meta = c.withMeta ? NewMeta() : nullptr;
     LogCapture log;
-    EXPECT_EQ(-1, Read(c.withMeta ? NewMeta() : nullptr, c.name, c.index, c.tag)) << c.what;
-    EXPECT_EQ(c.log, log.Summary()) << c.what;
+    EXPECT_EQ(-1, Read(meta, c.name, c.index, 0)) << c.what;
+    EXPECT_EQ(c.readLog, log.Summary()) << c.what;
     EXPECT_EQ(nullptr, data) << c.what;
+    log.Clear();
+    int64_t value = 5;
+    EXPECT_EQ(-1, helper.SetMetaData<void>(meta, c.name, c.index, 0, &value, 1)) << c.what;
+    EXPECT_EQ(c.writeLog, log.Summary()) << c.what;
+    if (meta) EXPECT_EQ(0u, meta->entryCount()) << c.what;
   }
 }
 
@@ -114,43 +114,6 @@ TEST_F(CoreRead, StaleDataPointerSuppressesTheFinalMessageButNotTheFailure) {
       -1, helper.GetMetaData(NewMeta(), nullptr, META_NO_INDEX, ANDROID_SENSOR_SENSITIVITY, &data, nullptr));
   EXPECT_EQ(&stale, data);
   EXPECT_TRUE(log.online.empty());
-}
-
-class CoreWrite : public ::testing::Test {
- protected:
-  void TearDown() override { MetaTagWrapper::getInstance().resetTags(); }
-  metahelper::metadataHelperBase helper;
-};
-
-TEST_F(CoreWrite, FailuresInOrderWithTheirLineIds) {
-  MetaTagWrapper::getInstance().setTag(META_AWB_HAZE_RATIO, kUndeclared);
-  float value = 1.5f;
-  struct Case {
-    const char* what;
-    bool withMeta;
-    const char* name;
-    META_TAG_INDEX index;
-    uint32_t tag;
-    std::vector<std::string> log;
-  };
-  const Case cases[] = {
-      {"no container", false, "com.nuvaro.3AAlgo.awbHazeRatio", META_NO_INDEX, 0, {"E 48 \"pArg is null\""}},
-      {"no tag named", true, nullptr, META_NO_INDEX, 0, {"E 51 \"pArg is null\""}},
-      {"undeclared index",
-       true,
-       nullptr,
-       META_AWB_HAZE_RATIO,
-       0,
-       {"E 57 metadata not declared, tagindex " + std::to_string(META_AWB_HAZE_RATIO)}},
-      {"unknown name fails silently", true, "no.such.tag", META_NO_INDEX, ANDROID_LENS_APERTURE, {}},
-  };
-  for (const Case& c : cases) {
-    LogCapture log;
-    auto meta = c.withMeta ? NewMeta() : nullptr;
-    EXPECT_EQ(-1, helper.SetMetaData<float>(meta, c.name, c.index, c.tag, &value, 1)) << c.what;
-    EXPECT_EQ(c.log, log.Summary()) << c.what;
-    if (meta) EXPECT_EQ(0u, meta->entryCount()) << c.what;
-  }
 }
 
 TEST_F(CoreWrite, EachFormWritesTheTagItNames) {
