@@ -6,9 +6,6 @@
 
 #include <algorithm>
 #include <array>
-#include <memory>
-#include <string>
-#include <vector>
 
 #include "FakeAdapterControl.h"
 #include "MtkMetadataHelper.h"
@@ -20,19 +17,18 @@ using metahelper::MtkMetadataHelper;
 using nvholder::ChiRect;
 using MetaPtr = std::shared_ptr<NvMetadata>;
 using Quad = std::array<uint32_t, 4>;
+using Point = std::array<int32_t, 2>;
 using testsupport::Put;
 using testsupport::Quoted;
 
 constexpr int32_t kCamera = 5;
 
-template <typename Rect>
-Quad Q(const Rect& r) {
-  return {r.left, r.top, r.width, r.height};
-}
+inline Quad Q(const ChiRect& r) { return {r.left, r.top, r.width, r.height}; }
+inline Quad Q(const __UtilsImage_Rect& r) { return {r.left, r.top, r.width, r.height}; }
+inline Point P(const __UtilsImage_point& p) { return {p.x, p.y}; }
 
-// Every test starts from the built-in tag table, the fake adapter in its
-// starting state, and a capture of every message. `meta` names camera
-// kCamera, whose static metadata `cameraMeta` holds a 4000 x 3000 active array.
+// Built-in tags, the fake adapter reset, every message captured; `meta` names
+// camera kCamera with a 4000 x 3000 active array and shows all of it.
 class MtkTest : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -41,8 +37,8 @@ class MtkTest : public ::testing::Test {
     fakeadapter::Reset();
     testsupport::BindCamera(*meta, kCamera, cameraMeta);
     Put(*cameraMeta, ANDROID_SENSOR_INFO_ACTIVE_ARRAY_SIZE, std::vector<int32_t>{0, 0, 4000, 3000});
+    Put(*meta, ANDROID_SCALER_CROP_REGION, std::vector<int32_t>{0, 0, 4000, 3000});
   }
-  void TearDown() override { StaticMetadataWraper::getInstance()->clear(); }
 
   bool Logged(const std::string& line) const {
     const std::vector<std::string> lines = log.Summary();

@@ -1,0 +1,180 @@
+// The MediaTek helper's pure computations: crop arithmetic, mapping of
+// active-array rectangles into an output image, platform units and tables.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstring>
+#include <vector>
+
+#include "mtk/CropMath.h"
+#include "mtk/PlatformMath.h"
+#include "mtk/RectMapping.h"
+
+namespace {
+
+namespace m = metahelper::mtk;
+using nvholder::ChiRect;
+using Quad = std::array<uint32_t, 4>;
+
+Quad Q(const ChiRect& r) { return {r.left, r.top, r.width, r.height}; }
+Quad Q(const __UtilsImage_Rect& r) { return {r.left, r.top, r.width, r.height}; }
+
+constexpr nvholder::dimension kSensor{4080, 3060};  // differs from the active array to tell a fall-back apart
+
+TEST(FindSensorCrop, FirstMatchOfTheFirstFourEntriesWins) {
+  std::vector<uint32_t> words;  // ids 7 and 9 appear twice, 11 only in a fifth entry
+  for (uint32_t id : {7u, 9u, 7u, 9u, 11u}) {
+    const auto n = static_cast<uint32_t>(words.size());
+    words.insert(words.end(), {id, 1, 2, 3, 4, n, n + 1, n + 2, n + 3});
+  }
+  ChiRect crop{1, 1, 1, 1};
+  ASSERT_TRUE(m::FindSensorCrop(words.data(), 9, &crop));
+  EXPECT_EQ((Quad{9, 10, 11, 12}), Q(crop));
+  EXPECT_FALSE(m::FindSensorCrop(words.data(), 11, &crop)) << "the fifth entry is not searched";
+}
+
+using RectCases = std::initializer_list<std::pair<ChiRect, Quad>>;
+
+TEST(RemapForInSensorZoom, MapsOntoTheCentreHalfOrKeepsTheCrop) {
+  for (const auto& [in, expected] : RectCases{
+           {{1000, 750, 2000, 1500}, {0, 0, 4000, 3000}},     // the whole centre half
+           {{1500, 750, 1500, 1500}, {1000, 0, 3000, 3000}},  // touching its right edge
+           {{1200, 900, 1000, 800}, {400, 300, 2000, 1600}},
+           {{900, 750, 2000, 1500}, {900, 750, 2000, 1500}},    // left of it
+           {{1000, 700, 2000, 1500}, {1000, 700, 2000, 1500}},  // above it
+           {{1000, 750, 2001, 1500}, {1000, 750, 2001, 1500}},  // one pixel too wide
+           {{1000, 800, 2000, 1500}, {1000, 800, 2000, 1500}},  // past its bottom
+       })
+    EXPECT_EQ(expected, Q(m::RemapForInSensorZoom(in, {4000, 3000})));
+}
+
+TEST(FitToActiveAspect, CentresOnTheOtherAxisAndFallsBackToTheSensorExtent) {
+  for (const auto& [in, expected] : RectCases{
+           {{0, 0, 4000, 2990}, {0, 0, 4000, 2990}},      // within the tolerance
+           {{0, 500, 4000, 2250}, {0, 125, 4000, 3000}},  // too wide: taller, centred
+           {{0, 500, 4000, 2251}, {0, 125, 4000, 3000}},  // odd margin rounds toward minus infinity
+           {{0, 0, 4000, 2250}, {0, 0, 4000, 3060}},      // would start above the top: sensor height
+           {{600, 0, 3000, 3000}, {100, 0, 4000, 3000}},  // too tall: wider, centred
+           {{100, 0, 3000, 3000}, {0, 0, 4080, 3000}},    // would start left of the edge: sensor width
+           {{500, 0, 2000, 1999}, {168, 0, 2664, 1999}},  // fitted width made even
+       })
+    EXPECT_EQ(expected, Q(m::FitToActiveAspect(in, {0, 0, 4000, 3000}, kSensor)));
+}
+
+TEST(ScaleShift, ConvertsBetweenPreAnchorAndInSensorZoomScales) {
+  const int cases[][4] = {{0, 0, -3, 5}, {0, 1, -6, 10}, {1, 0, -1, 2}, {1, 1, -3, 5}};  // flags, then x, y
+  for (const auto& [preAnchor, inSensorZoom, x, y] : cases) {
+    const m::Shift s = m::ScaleShift({-3, 5}, preAnchor, inSensorZoom);
+    EXPECT_EQ((std::pair{x, y}), (std::pair{s.x, s.y})) << preAnchor << inSensorZoom;
+  }
+}
+
+TEST(ApplyShift, MovesTheCropOnlyWhileItStaysOnTheSensor) {
+  const int cases[][3] = {{-100, -100, 1}, {1980, 1460, 1}, {-101, 0, 0},
+                          {0, -101, 0},    {1981, 0, 0},    {0, 1461, 0}};
+  for (const auto& [x, y, applied] : cases) {
+    ChiRect crop{100, 100, 2000, 1500};
+    EXPECT_EQ(applied == 1, m::ApplyShift(&crop, {x, y}, kSensor)) << x << "," << y;
+    EXPECT_EQ((Quad{uint32_t(100 + x * applied), uint32_t(100 + y * applied), 2000, 1500}), Q(crop));
+  }
+}
+
+constexpr ChiRect kFull{0, 0, 4000, 3000};  // the active array, and a crop showing all of it
+
+struct MapCase {
+  ChiRect rect, crop;
+  int width, height;
+  Quad expected;
+};
+
+TEST(MapRect, MapsIntoTheOutputImage) {
+  const MapCase cases[] = {
+      {{400, 300, 800, 600}, kFull, 1000, 750, {100, 75, 200, 150}},                      // same aspect
+      {{1400, 1300, 400, 300}, {400, 300, 2000, 1500}, 1000, 750, {500, 500, 200, 150}},  // crop offset
+      {{100, 100, 800, 600}, {400, 300, 2000, 1500}, 1000, 750, {0, 0, 400, 300}},  // rect before the crop
+      {{10, 2, 800, 600}, kFull, 1000, 750, {3, 1, 200, 150}},         // halves round away from zero
+      {{0, 0, 804, 606}, kFull, 1000, 750, {0, 0, 200, 150}},          // odd extents made even
+      {{3800, 2900, 800, 600}, kFull, 1000, 750, {950, 725, 50, 24}},  // cut at the right and bottom
+      {{3999, 2999, 800, 600}, kFull, 1000, 750, {999, 749, 0, 0}},    // clamped to the last pixel
+      {{400, 300, 800, 600}, {0, 0, 4000, 2000}, 1000, 750, {100, 75, 200, 150}},  // wider crop: not cut
+      {{400, 300, uint32_t(-800), 600}, kFull, 1000, 750, {100, 75, 0, 150}},      // negative width saturates
+      {{400, 1000, 800, 600}, kFull, 1600, 900, {160, 250, 320, 240}},             // wider output: rows cut
+      {{400, 300, 800, 600}, kFull, 1600, 900, {160, 0, 320, 240}},                // inside the cut rows
+      {{1000, 300, 500, 500}, kFull, 600, 600, {100, 60, 100, 100}},  // square output: columns cut
+      {{400, 300, 500, 500}, kFull, 600, 600, {0, 60, 100, 100}},     // inside the cut columns
+  };
+  for (const MapCase& c : cases) {
+    __UtilsImage_Rect out{};
+    ASSERT_TRUE(m::MapRect(c.rect, c.crop, c.width, c.height, kFull, &out)) << "row " << &c - cases;
+    EXPECT_EQ(c.expected, Q(out)) << "row " << &c - cases;
+  }
+}
+
+TEST(MapRect, RejectsEmptyArgumentsWithoutWriting) {
+  // Rect width and height, crop width and height, output width and height.
+  const int cases[][6] = {{800, 600, 4000, 3000, 0, 750},   {800, 600, 4000, 3000, 1000, 0},
+                          {800, 600, 4000, 3000, 1000, -1}, {0, 600, 4000, 3000, 1000, 750},
+                          {800, 0, 4000, 3000, 1000, 750},  {800, 600, 0, 3000, 1000, 750},
+                          {800, 600, 4000, 0, 1000, 750}};
+  for (const auto& [rectW, rectH, cropW, cropH, width, height] : cases) {
+    __UtilsImage_Rect out{7, 7, 7, 7};
+    const ChiRect rect{400, 300, uint32_t(rectW), uint32_t(rectH)},
+        crop{0, 0, uint32_t(cropW), uint32_t(cropH)};
+    EXPECT_FALSE(m::MapRect(rect, crop, width, height, kFull, &out))
+        << rectW << rectH << cropW << cropH << width << height;
+    EXPECT_EQ((Quad{7, 7, 7, 7}), Q(out));
+  }
+}
+
+TEST(AngleClass, ClassBoundaries) {
+  const int32_t cases[][2] = {{0, 0},    {44, 0},   {45, 270}, {134, 270}, {135, 180}, {224, 180},
+                              {225, 90}, {314, 90}, {315, 0},  {359, 0},   {-1, 0},    {360, 0}};
+  for (const auto& [angle, expected] : cases) EXPECT_EQ(expected, m::AngleClass(angle)) << angle;
+}
+
+TEST(ToInSensorZoom, DoublesTheOffsetFromTheQuarter) {
+  const int32_t cases[][3] = {{1000, 4000, 0}, {2500, 4000, 3000}, {900, 4000, -200}, {1000, 4003, 0}};
+  for (const auto& [c, extent, expected] : cases)
+    EXPECT_EQ(expected, m::ToInSensorZoom(c, uint32_t(extent))) << c << "/" << extent;
+}
+
+TEST(AeRatioFromAdjust, ExponentBelowTenThousandRatioAbove) {
+  const float cases[][2] = {{0, 1.0f},         {1000, 2.0f},  {-1000, 0.5f},
+                            {2500, 5.656854f}, {10000, 0.1f}, {50000, 0.5f}};
+  for (const auto& [value, expected] : cases)
+    EXPECT_FLOAT_EQ(expected, m::AeRatioFromAdjust(int32_t(value))) << value;
+  EXPECT_NEAR(1023.29f, m::AeRatioFromAdjust(9999), 0.005f);
+}
+
+TEST(FoldHistogram, SumsEachRunOfFourBins) {
+  std::vector<uint32_t> bins(1024);
+  for (uint32_t i = 0; i < bins.size(); ++i) bins[i] = i;
+  bins[4] = 0xFFFFFFFFu;  // 32-bit sums wrap
+  nvholder::PreviewBrightnessInfo out{};
+  m::FoldHistogram(bins.data(), &out);
+  EXPECT_EQ((std::vector<uint32_t>{256, 6, 5 + 6 + 7 - 1, 1020 + 1021 + 1022 + 1023}),
+            (std::vector<uint32_t>{out.binCount, out.bins[0], out.bins[1], out.bins[255]}));
+}
+
+TEST(FillDefaultGammaTables, LinearAndGammaDefaults) {
+  nvholder::GammaTableInfo out;
+  std::memset(&out, 0xAB, sizeof(out));
+  m::FillDefaultGammaTables(&out);
+  EXPECT_EQ(0, out.isValid);
+  const uint32_t linear[][2] = {{0, 0},     {1, 2},     {127, 254},  {128, 256},
+                                {191, 508}, {192, 512}, {255, 1016}, {256, 1023}};
+  for (const auto& [i, expected] : linear) EXPECT_EQ(expected, out.linearTable[i]) << i;
+  const uint32_t gamma[][2] = {{0, 0},      {1, 13},     {2, 27},     {128, 802},
+                               {244, 1014}, {254, 1019}, {255, 1020}, {256, 1023}};
+  for (const auto& [i, expected] : gamma) EXPECT_EQ(expected, out.gammaTable[i]) << i;
+  for (int i = 1; i < 256; ++i)
+    EXPECT_LE(out.gammaTable[i - 1], out.gammaTable[i]) << "the curve rises at " << i;
+}
+
+TEST(SensorModeType, PlatformModeTable) {
+  const int32_t types[] = {0, 18, 0, 2, 6, 11, 17, 16, 4, 0, 0};  // of modes 0 to 10; others have none
+  for (int32_t mode = -1; mode < 12; ++mode)
+    EXPECT_EQ(mode < 0 || mode > 10 ? 0 : types[mode], m::SensorModeTypeFromPlatformMode(mode)) << mode;
+}
+
+}  // namespace
