@@ -1,11 +1,25 @@
-// Storage rules of the metadata container.
+// Storage rules of the metadata container; lookups sit on every read, so they must not allocate.
 #include <gtest/gtest.h>
+#include <stdlib.h>
 #include <string.h>
 
-#include <iterator>
+#include <atomic>
+#include <new>
 #include <vector>
 
 #include "NvMetadata.h"
+
+static std::atomic<long> gAllocations{0};
+
+void* operator new(size_t size) {
+  gAllocations.fetch_add(1, std::memory_order_relaxed);
+  if (void* block = malloc(size == 0 ? 1 : size)) return block;
+  throw std::bad_alloc();
+}
+void operator delete(void* block) noexcept { free(block); }
+void operator delete(void* block, size_t) noexcept {
+  free(block);
+}  // sized form too, or sanitizers see a mismatch
 
 namespace {
 
@@ -44,29 +58,26 @@ TEST(NvMetadata, RefusedUpdatesLeaveTheContainerUnchanged) {
       meta.update(ANDROID_SCALER_CROP_REGION, static_cast<const int32_t*>(nullptr), 4),
       meta.update(ANDROID_SENSOR_FRAME_DURATION, static_cast<const void*>(ints), ~0ul / 4),  // size overflows
   };
-  for (size_t i = 0; i < std::size(refused); ++i) EXPECT_NE(0, refused[i]) << "attempt " << i;
+  int attempt = 0;
+  for (int result : refused) EXPECT_NE(0, result) << "attempt " << attempt++;
   const camera_metadata_ro_entry entry = meta.find(ANDROID_SCALER_CROP_REGION);
   EXPECT_TRUE(meta.entryCount() == 1 && entry.count == 4 && entry.data.i32[2] == 3);
 }
 
-TEST(NvMetadata, EmptyUpdateReadsAsAbsent) {
-  const float gains[] = {1.f, 2.f, 2.f, 1.f};
-  NvMetadata meta;
-  ASSERT_EQ(0, meta.update(ANDROID_COLOR_CORRECTION_GAINS, gains, 4));
-  ASSERT_EQ(0, meta.update(ANDROID_COLOR_CORRECTION_GAINS, gains, 0));
-  EXPECT_EQ(0u, meta.find(ANDROID_COLOR_CORRECTION_GAINS).count);
-  EXPECT_EQ(nullptr, meta.find(ANDROID_COLOR_CORRECTION_GAINS).data.u8);
-  EXPECT_EQ(0, meta.update(ANDROID_LENS_FACING, (const uint8_t*)nullptr, 0));
-  EXPECT_EQ(0u, meta.find(ANDROID_LENS_FACING).count);
-}
-
-TEST(NvMetadata, OneByteEntryReadAsInt32IsZeroExtendedAndUntypedUpdateUsesTheRegisteredType) {
+TEST(NvMetadata, ReplacementsResizeTheEntryAndUntypedUpdatesUseTheRegisteredType) {
   const uint8_t previous[9] = {0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}, enabled = 1;
+  const float gains[] = {1.f, 2.f, 2.f, 1.f};
   const int64_t timestamps[] = {1000000007LL, 2LL};
   NvMetadata meta;
   ASSERT_EQ(0, meta.update(ANDROID_CONTROL_ENABLE_ZSL, previous, 9));
   ASSERT_EQ(0, meta.update(ANDROID_CONTROL_ENABLE_ZSL, &enabled, 1));
-  EXPECT_EQ(1, *meta.find("android.control.enableZsl").data.i32);
+  EXPECT_EQ(1, *meta.find("android.control.enableZsl").data.i32);  // one byte read as int32 is zero-extended
+  ASSERT_EQ(0, meta.update(ANDROID_COLOR_CORRECTION_GAINS, gains, 4));
+  ASSERT_EQ(0, meta.update(ANDROID_COLOR_CORRECTION_GAINS, gains, 0));  // empty reads as absent
+  EXPECT_TRUE(meta.find(ANDROID_COLOR_CORRECTION_GAINS).count == 0 &&
+              !meta.find(ANDROID_COLOR_CORRECTION_GAINS).data.u8);
+  EXPECT_TRUE(meta.update(ANDROID_LENS_FACING, (const uint8_t*)nullptr, 0) == 0 &&
+              meta.find(ANDROID_LENS_FACING).count == 0);
   ASSERT_EQ(0, meta.update(ANDROID_SENSOR_TIMESTAMP, static_cast<const void*>(timestamps), 2));
   const camera_metadata_ro_entry entry = meta.find(ANDROID_SENSOR_TIMESTAMP);
   EXPECT_TRUE(entry.count == 2 && entry.type == TYPE_INT64 && entry.data.i64[1] == 2);
@@ -86,9 +97,23 @@ TEST(NvMetadata, CopiesAreIndependentAndEraseRemovesOnlyItsTag) {
   EXPECT_NE(0, second.erase(ANDROID_SENSOR_SENSITIVITY));
   EXPECT_EQ(101, *first.find(ANDROID_SENSOR_SENSITIVITY).data.i32);
   EXPECT_EQ(200, *third.find(ANDROID_SENSOR_SENSITIVITY).data.i32);
-  EXPECT_EQ(0u, second.find(ANDROID_SENSOR_SENSITIVITY).count);
-  EXPECT_EQ(1u, second.entryCount());
-  EXPECT_EQ(5, *second.find(ANDROID_SENSOR_FRAME_DURATION).data.i64);
+  EXPECT_TRUE(second.find(ANDROID_SENSOR_SENSITIVITY).count == 0 && second.entryCount() == 1 &&
+              *second.find(ANDROID_SENSOR_FRAME_DURATION).data.i64 == 5);
+}
+
+TEST(Lookups, DoNotAllocate) {
+  const int32_t crop[] = {0, 0, 64, 48};
+  NvMetadata meta;
+  ASSERT_EQ(0, meta.update(ANDROID_SCALER_CROP_REGION, crop, 4));
+  unsigned int tag = 0;
+  for (int pass = 0; pass < 2; ++pass) {  // the first pass may build the lookup tables
+    const long before = gAllocations.load();
+    EXPECT_EQ(4u, meta.find(ANDROID_SCALER_CROP_REGION).count);
+    EXPECT_EQ(4u, meta.find("android.scaler.cropRegion").count);
+    EXPECT_EQ(0u, meta.find("no.such.tag").count);
+    EXPECT_EQ(0, NvMetadata::getTagFromName("nuvaro.ae.mid.tonegain", &tag));
+    if (pass == 1) EXPECT_EQ(before, gAllocations.load());
+  }
 }
 
 }  // namespace
