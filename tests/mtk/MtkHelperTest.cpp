@@ -1,0 +1,370 @@
+// The MediaTek helper's operations run on the helper; one case shows each use of the unit-tested arithmetic.
+#include <gtest/gtest.h>
+#include <mtk/mtk_metadata_tag.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include "FakeAdapterControl.h"
+#include "MtkMetadataHelper.h"
+#include "TestSupport.h"
+
+namespace {
+
+using M = metahelper::MtkMetadataHelper;
+using nvholder::ChiRect;
+using MetaPtr = std::shared_ptr<NvMetadata>;
+using I32 = std::vector<int32_t>;
+using Quad = std::array<uint32_t, 4>;
+using Point = std::array<int32_t, 2>;
+using Box = std::array<int32_t, 4>;  // x0, y0, x1, y1
+using testsupport::Put;
+using testsupport::Quoted;
+
+constexpr int32_t kCamera = 5;
+constexpr ChiRect kCentre{1000, 750, 2000, 1500};  // keeps the active aspect, room on every side
+
+Quad Q(const ChiRect& r) { return {r.left, r.top, r.width, r.height}; }
+Quad Q(const __UtilsImage_Rect& r) { return {r.left, r.top, r.width, r.height}; }
+Point P(const __UtilsImage_point& p) { return {p.x, p.y}; }
+std::string Bytes(const void* p, size_t n) { return std::string(static_cast<const char*>(p), n); }
+
+// Nine words per face: corners, three unused words, the angle, an unused word, the id.
+I32 Faces(const std::vector<Box>& b, const I32& angles) {
+  I32 words;
+  for (size_t i = 0; i < b.size(); ++i)
+    words.insert(words.end(), {b[i][0], b[i][1], b[i][2], b[i][3], 0, 0, angles[i], 0, 100 + int32_t(i)});
+  return words;
+}
+
+// Tags and fake adapter reset, log captured; `meta` names camera kCamera and shows its whole active array.
+class MtkTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    MetaTagWrapper::getInstance().resetTags();
+    StaticMetadataWraper::getInstance()->clear();
+    fakeadapter::Reset();
+    testsupport::BindCamera(*meta, kCamera, cameraMeta);
+    Put(*cameraMeta, ANDROID_SENSOR_INFO_ACTIVE_ARRAY_SIZE, I32{0, 0, 4000, 3000});
+    Put(*meta, ANDROID_SCALER_CROP_REGION, I32{0, 0, 4000, 3000});
+  }
+  bool Logged(const std::string& l) const {
+    auto s = log.Summary();
+    return std::count(s.begin(), s.end(), l) > 0;
+  }
+  std::string Last() const { return log.Summary().empty() ? "" : log.Summary().back(); }
+
+  // Null output: error. Empty tag: warning (static reads one line later), output kept. Stored: converted.
+  template <typename Out, typename Expected, typename Stored>
+  void Check(int (M::*fn)(MetaPtr, Out*), const char* tag, const std::vector<Stored>& stored,
+             Expected expected, int argLine, const char* message, bool fromCamera = false) {
+    SCOPED_TRACE(argLine);
+    Expected out;
+    std::memset(&out, 0, sizeof out);
+    EXPECT_EQ(-1, (helper.*fn)(meta, nullptr));
+    EXPECT_EQ("E " + std::to_string(argLine) + " " + Quoted("arg err"), Last());
+    NvMetadata& source = fromCamera ? *cameraMeta : *meta;
+    Put(source, tag, std::vector<Stored>{});
+    EXPECT_EQ(-1, (helper.*fn)(meta, reinterpret_cast<Out*>(&out)));
+    EXPECT_EQ(std::string(sizeof out, '\0'), Bytes(&out, sizeof out));
+    EXPECT_EQ("W " + std::to_string(argLine + 1 + fromCamera) + " " + Quoted(message), Last());
+    Put(source, tag, stored);
+    EXPECT_EQ(0, (helper.*fn)(meta, reinterpret_cast<Out*>(&out)));
+    EXPECT_EQ(Bytes(&expected, sizeof out), Bytes(&out, sizeof out));
+  }
+
+  FacesInfo FaceRect(const I32& words, int width, int height, int expectedResult = 0) {
+    Put(*meta, "nuvaro.bokeh.faceInfo", words);
+    FacesInfo faces{5};
+    EXPECT_EQ(expectedResult, helper.GetFaceRect(meta, width, height, faces, nullptr));
+    return faces;
+  }
+
+  testsupport::LogCapture log;
+  M helper;
+  MetaPtr meta = testsupport::NewMeta();
+  MetaPtr cameraMeta = testsupport::NewMeta();
+};
+
+TEST_F(MtkTest, PlainReadsCheckTheOutputReadTheTagAndReportAsWarnings) {
+  nvholder::panshotData panshot;  // nine doubles, then a status word that reaches the record in three widths
+  std::memset(&panshot, 0, sizeof panshot);
+  for (int i = 0; i < 9; ++i) panshot.values[i] = 1.25 * i - 2;
+  panshot.status = panshot.status64 = -7;
+  panshot.statusFloat = -7.0f;
+  I32 panshotWords(19, -7);
+  std::memcpy(panshotWords.data(), panshot.values, sizeof panshot.values);
+  nvholder::PreviewBrightnessInfo histogram{256, {}};
+  std::fill(std::begin(histogram.bins), std::end(histogram.bins), 12u);
+  Put(*meta, MTK_3A_FEATURE_AWB_COLOR_TEMPERATURE, std::vector<float>{5000});
+  // clang-format off
+  Check(&M::GetUIEV, "nuvaro.ae.exposureCompensation", I32{-2}, int{-2}, 140, "GetMetadata nuvaro.supernight.real.manualev err");
+  Check(&M::GetSensorTimestamp, "android.sensor.timestamp", std::vector<int64_t>{123456789012}, 123456789012UL, 180, "GetMetadata ANDROID_SENSOR_TIMESTAMP fail");
+  Check(&M::GetTeleFusionEnable, "nuvaro.telefusion.enabled", std::vector<uint8_t>{2}, uint8_t{2}, 260, "GetMetadata err");
+  Check(&M::GetPreviewBrightnessInfo, "nuvaro.histogram.stats", I32(1024, 3), histogram, 340, "GetMetadata nuvaro.histogram.stats err");
+  Check(&M::GetPreviewDarkGainRatio, "nuvaro.ae.dark.tonegain", I32{512}, 0.5f, 440, "GetMetadata previewDarkGainRatio err");
+  Check(&M::GetPreviewExposure, "nuvaro.burst.last.preview.exposure.time", std::vector<int64_t>{33000000}, 33000000.0f, 540, "GetMetadata PreviewExposure err");
+  Check(&M::GetPreviewISPGain, "nuvaro.burst.last.preview.ispGain", I32{6144}, 1.5f, 560, "GetMetadata nuvaro.burst.last.preview.ispGain err");
+  Check(&M::GetMotionVelocity, "nuvaro.ai.nvsd.motionVelocity", I32{7}, nvholder::MotionVelocity{{}, 7.0f, {}}, 720, "GetMetadata motionVelocity err");
+  Check(&M::GetTuningSensorMode, "nuvaro.streaming.sensormode", I32{3, 7}, int{7}, 1300, "GetMetadata nuvaro.streaming.sensormode err");
+  Check(&M::GetFacetargetAndConfidence, "nuvaro.ae.average.face.luma", I32{-5}, std::array<float, 2>{0.0f, 0.9f}, 1520, "GetMetadata faceBright err");
+  Check(&M::GetQTimerTimeStamp, "com.nuvaro.mtk.p1node.frameinfo", std::vector<int64_t>{99, 1}, 99UL, 1720, "GetMetadata com.nuvaro.mtk.p1node.frameinfo err");
+  Check(&M::GetAWBFrameControl, "android.colorCorrection.gains", std::vector<float>{2, 1, 1.1f, 1.5f}, nvholder::NUAWBFrameControl{{2, 1, 1.5f}, 5000}, 2180, "GetMetadata MTK_COLOR_CORRECTION_GAINS err");
+  Check(&M::GetPanshotResData, "com.nuvaro.panshotTruck.Rslt4Snapshot", panshotWords, panshot, 2380, "GetMetadata com.nuvaro.panshotTruck.Rslt4Snapshot fail");
+  Check(&M::GetLuxIndex, "com.nuvaro.statsconfigs.AecInfo", std::vector<float>{-2.7f}, int{-2}, 3480, "GetMetadata com.nuvaro.statsconfigs.AecInfo err1");
+  Check(&M::GetActiveArraySize, "android.sensor.info.activeArraySize", I32{8, 6, 4000, 3000}, ChiRect{8, 6, 4000, 3000}, 2480, "Get ACTIVE_ARRAY_SIZE err", true);
+  Check(&M::GetSensorViewAngle, "com.nuvaro.lens.info.ViewAngle", std::vector<double>{78.5, 61.25}, std::array<double, 2>{78.5, 61.25}, 2700, "GetMetadata ViewAngle err", true);
+  // clang-format on
+  ChiRect active{};
+  EXPECT_EQ(-1, helper.GetActiveArraySize(testsupport::NewMeta(), &active));
+  EXPECT_EQ("W 2481 " + Quoted("GetMetadata FwkCameraId fail"), Last());
+}
+
+TEST_F(MtkTest, BlackLevelsScaleWithTheRawBitDepth) {
+  for (auto [bitDepth, level, result] : std::initializer_list<std::tuple<I32, float, int>>{
+           {{10}, 1024, 0}, {{12}, 256, 0}, {{14}, 64, 0}, {{}, 64, -1}}) {
+    Put(*meta, ANDROID_SENSOR_DYNAMIC_BLACK_LEVEL, std::vector<float>{64, 64, 64, 64});
+    Put(*meta, "nuvaro.algoengine.input.raw.bpp", bitDepth);
+    std::vector<float> levels(4);
+    EXPECT_EQ(result, helper.GetSensorDynamicBlackLevel(meta, levels.data()));
+    EXPECT_EQ(std::vector<float>(4, level), levels);
+  }
+}
+
+TEST_F(MtkTest, AeRatioIsOneUntilReadAndWarnsOnZero) {
+  float ratio = 0;
+  EXPECT_EQ(-1, helper.GetAeRatio(meta, &ratio));
+  EXPECT_EQ(1.0f, ratio);
+  EXPECT_EQ("W 1781 " + Quoted("GetMetadata nuvaro.hdr.custom.adjustratio fail"), Last());
+  for (auto [adjust, expected] : std::vector<std::pair<int32_t, float>>{{1000, 2.0f}, {0, 1.0f}}) {
+    Put(*meta, "nuvaro.hdr.custom.adjustratio", I32{adjust});
+    EXPECT_EQ(0, helper.GetAeRatio(meta, &ratio));
+    EXPECT_FLOAT_EQ(expected, ratio);
+    EXPECT_EQ(adjust == 0, Logged("W 1782 " + Quoted("GetMetadata nuvaro.hdr.custom.adjustratio = 0")));
+  }
+}
+
+TEST_F(MtkTest, IspGainIsRecountedOnlyWhenEnabledAndAvailable) {
+  for (auto [enable, origin, gain, info] : std::initializer_list<std::tuple<I32, I32, float, const char*>>{
+           {{}, {8192}, 1.0f, "0 oldIspGain = 1.000000 *ispGain = 1.000000 retIspGain = -1."},
+           {{0}, {8192}, 1.0f, "0 oldIspGain = 1.000000 *ispGain = 1.000000 retIspGain = 0."},
+           {{1}, {8192}, 2.0f, "1 oldIspGain = 1.000000 *ispGain = 2.000000 retIspGain = 0."},
+           {{1}, {}, 1.0f, "1 oldIspGain = 1.000000 *ispGain = 1.000000 retIspGain = -1."}}) {
+    Put(*meta, MTK_3A_FEATURE_AE_ISP_GAIN_VALUE, I32{4096});
+    Put(*meta, "nuvaro.custom.ispgain.recount.enable", enable);
+    Put(*meta, "nuvaro.custom.ispgain.origin.value", origin);
+    float out = 0;
+    EXPECT_EQ(0, helper.GetIspGain(meta, &out));
+    EXPECT_EQ(gain, out);
+    EXPECT_TRUE(Logged(std::string("I 1603 GetIspGain recountEnale = ") + info)) << info;
+    EXPECT_EQ("W 2101 " + Quoted("GetMetadata com.nuvaro.camera.sensorpolicy.frameresult err"), Last());
+  }
+}
+
+// Without the flag's tag the tone gain's own first byte serves as the flag.
+TEST_F(MtkTest, ToneGainAppliesUnlessSafeExposureReadsNonZero) {
+  for (auto [toneGain, safe, adrc, faceTarget, faceResult] :
+       std::initializer_list<std::tuple<int32_t, std::vector<uint8_t>, float, float, int>>{
+           {512, {0}, .5f, 50, 0}, {512, {1}, 1, 100, 0}, {512, {}, .5f, 50, -1}, {513, {}, 1, 100, -1}}) {
+    Put(*meta, "nuvaro.ae.mid.tonegain", I32{toneGain});
+    Put(*meta, "nuvaro.safe.exposure.enabled", safe);
+    Put(*meta, "nuvaro.ae.average.face.luma", I32{100});
+    float outAdrc = 0, outFace = 0;
+    EXPECT_EQ(0, helper.GetAdrcGain(meta, &outAdrc));
+    EXPECT_EQ(adrc, outAdrc);
+    EXPECT_EQ(faceResult, helper.GetFaceLumaTarget(meta, &outFace));
+    EXPECT_EQ(faceTarget, outFace);
+  }
+}
+
+TEST_F(MtkTest, GammaTablesKeepTheDefaultsWithoutThePlatformCurve) {
+  nvholder::GammaTableInfo tables{};
+  EXPECT_EQ(-1, helper.GetGammaOutput(meta, &tables));
+  EXPECT_EQ("W 1381 " + Quoted("GetMetadata nuvaro.supernight.gammainfo fail 1"), Last());
+  EXPECT_EQ((Quad{0, 13}), (Quad{uint32_t(tables.isValid), tables.gammaTable[1]}));
+  Put(*meta, MTK_SUPERNIGHT_GAMMA_INFO, I32(256, 700));
+  ASSERT_EQ(0, helper.GetGammaOutput(meta, &tables));
+  EXPECT_EQ((Quad{1, 700}), (Quad{uint32_t(tables.isValid), tables.gammaTable[255]}));
+  nvholder::GammaInfo info{};
+  ASSERT_EQ(0, helper.GetGammaOutput(meta, &info));
+  EXPECT_EQ((Quad{1, 700}), (Quad{uint32_t(info.isGammaValid), info.gamma[0]}));
+  EXPECT_EQ("D 1362 gammaInfo.isGammaValid = 1", Last());
+}
+
+// Frame result: four 80-word entries from word 96, each a camera id and, at word 4, its mode.
+TEST_F(MtkTest, SensorModeTypeComesFromTheCamerasLastFrameResultEntry) {
+  I32 frameResult(416, -9);
+  for (auto [entry, id, mode] : {std::array<int, 3>{0, kCamera, 3}, {1, 1, 8}, {3, kCamera, 5}}) {
+    frameResult[96 + 80 * entry] = id;
+    frameResult[100 + 80 * entry] = mode;
+  }
+  Put(*meta, "com.nuvaro.camera.sensorpolicy.frameresult", frameResult);
+  nvholder::NVSENSORMODETYPE type = -1;
+  ASSERT_EQ(0, helper.GetNuvaroSensorModeType(meta, &type));
+  EXPECT_EQ("D 2103 fwkId: 5, sensorModeType 5 => 11", Last());
+  EXPECT_EQ(-1, helper.GetNuvaroSensorModeType(meta, nullptr));
+  EXPECT_EQ("W 2100 " + Quoted("arg err"), Last());
+}
+
+TEST_F(MtkTest, ShiftFromHolderFillsTheQueryAndLeavesTheRecordWithoutHolder) {
+  fakeadapter::SetShiftAnswer(true, 12, -4, 0);
+  nvholder::ShiftData shift;
+  std::memset(&shift, 0x5A, sizeof shift);
+  ASSERT_EQ(0, helper.GetShiftDataFromHolder(123456, 2, &shift));
+  const nvholder::ShiftData q = fakeadapter::LastQuery();
+  EXPECT_EQ((std::array<int64_t, 6>{123456, 2, 0, 60000000, 12, -4}),
+            (std::array<int64_t, 6>{q.timestamp, q.phyCameraId, q.nodeType, fakeadapter::LastInterval(),
+                                    shift.shiftX, shift.shiftY}));
+  EXPECT_EQ(std::string(24, '\x5A'), Bytes(&q.anchorTimestamp, 24)) << "the holder's bytes as given";
+  EXPECT_EQ("I 2201 [getShift] phyId:2, timestamp:123456, H,V = (12,-4)", Last());
+  fakeadapter::SetMode(fakeadapter::Mode::kNoHolder);
+  const std::string answered = Bytes(&shift, sizeof shift);
+  EXPECT_EQ(0, helper.GetShiftDataFromHolder(99, 3, &shift));
+  EXPECT_EQ(answered, Bytes(&shift, sizeof shift));
+  EXPECT_EQ(1, fakeadapter::QueryCount());
+}
+
+// Camera kCamera: type 0, a zoom-EIS rate of 2.0, a frame timestamp, its policy crop kCentre after another's.
+class MtkCropTest : public MtkTest {
+ protected:
+  void SetUp() override {
+    MtkTest::SetUp();
+    Put(*cameraMeta, "com.nuvaro.camera.zoomeis.effectiverate", std::vector<float>{2.0f});
+    Put(*meta, ANDROID_SENSOR_TIMESTAMP, std::vector<int64_t>{777});
+    fakeadapter::SetCameraType(kCamera, 0);
+    SetPolicyCrop({1000, 750, 2000, 1500});
+  }
+  void SetPolicyCrop(const I32& c) {  // left, top, width, height
+    I32 words;
+    for (int32_t id : {1, kCamera, kCamera + 1})
+      words.insert(words.end(), {id, 0, 0, 0, 0, c[0] + (id == 1), c[1], c[2], c[3]});
+    Put(*meta, "com.nuvaro.camera.sensorpolicy.cropregions", words);
+  }
+  Quad Crop(bool inSensorZoom = false, int expectedResult = 0, nvholder::dimension sensor = {4000, 3000}) {
+    ChiRect crop{1, 1, 1, 1};
+    EXPECT_EQ(expectedResult, helper.GetCropRegion(meta, &crop, sensor, inSensorZoom));
+    return Q(crop);
+  }
+};
+
+TEST_F(MtkCropTest, FitsThePolicyCropOrGivesNothingWithoutIt) {
+  SetPolicyCrop({0, 0, 4000, 2250});
+  EXPECT_EQ((Quad{0, 0, 4000, 3060}), Crop(false, 0, {4080, 3060}));
+  EXPECT_TRUE(Logged("I 947 input crop (0, 0, 4000, 2250) output crop (0, 0, 4000, 3060)"));
+  Put(*meta, "com.nuvaro.camera.sensorpolicy.cropregions", I32{});
+  EXPECT_EQ((Quad{0, 0, 0, 0}), Crop());
+  EXPECT_EQ("I 957 get final crop = cropregion: [0 0 0 0] ret = 0 metaSuccess = 0", Last());
+}
+
+TEST_F(MtkCropTest, ShiftComesFromTheHolderFirstThenFromTheTag) {
+  const std::string used = "I 955 using zoom eis shift ";
+  // Holder finds; its H, V, pre-anchor; the tag; in-sensor zoom; the line naming the shift as scaled; crop.
+  for (auto [found, holder, tag, inSensorZoom, line, expected] : std::initializer_list<
+           std::tuple<bool, std::array<int, 3>, std::vector<float>, bool, std::string, Quad>>{
+           {true, {10, -6, 0}, {20, 20, 0, 0}, false, used + "(10,-6)", {1010, 744, 2000, 1500}},
+           {false, {}, {20, 20, 0, 0}, false, used + "(20,20)", {1020, 770, 2000, 1500}},
+           {true, {-3, 5, 1}, {}, false, used + "(-1,2)", {999, 752, 2000, 1500}},
+           {false, {}, {20, 21, 1, 0}, false, used + "(10,10)", {1010, 760, 2000, 1500}},
+           {true, {10, -6, 0}, {}, true, "I 956 not using zoom eis shift (20,-12)", {0, 0, 4000, 3000}},
+           {false, {}, {20, 20, 0}, false, used + "(0,0)", Q(kCentre)}}) {
+    fakeadapter::SetShiftAnswer(found, holder[0], holder[1], uint8_t(holder[2]));
+    Put(*meta, "nuvaro.sat.output.shift", tag);
+    log.Clear();
+    EXPECT_EQ(expected, Crop(inSensorZoom)) << line;
+    EXPECT_TRUE(Logged(line)) << line;
+    EXPECT_EQ(!found && tag.size() == 4, Last().back() == '1') << line << ": metaSuccess";
+  }
+  EXPECT_TRUE(Logged("I 952 get shift failed size = 3, from nuvaro.sr.shift.value..."));
+}
+
+TEST_F(MtkCropTest, MissingTimestampKeepsTheFittedCropAndFails) {
+  fakeadapter::SetShiftAnswer(true, 10, -6, 0);
+  Put(*meta, ANDROID_SENSOR_TIMESTAMP, std::vector<int64_t>{});
+  EXPECT_EQ(Q(kCentre), Crop(false, -1));
+  EXPECT_TRUE(Logged("I 949 [camera id:5] tag ANDROID_SENSOR_TIMESTAMP not found!"));
+}
+
+// Cameras of type 20 follow zoom EIS once the zoom ratio reaches the camera's rate.
+TEST_F(MtkCropTest, HolderQueryCarriesTheFrameAndTheNodeType) {
+  for (auto [cameraType, zoomRatio, nodeType] :
+       std::initializer_list<std::tuple<int, float, int>>{{0, 2.0f, 1}, {20, 1.5f, 1}, {20, 2.0f, 2}}) {
+    fakeadapter::SetCameraType(kCamera, cameraType);
+    Put(*meta, ANDROID_CONTROL_ZOOM_RATIO, std::vector<float>{zoomRatio});
+    Crop();
+    const nvholder::ShiftData q = fakeadapter::LastQuery();
+    EXPECT_EQ((std::array<int64_t, 4>{nodeType, 777, kCamera, 1500000000}),
+              (std::array<int64_t, 4>{q.nodeType, q.timestamp, q.phyCameraId, fakeadapter::LastInterval()}));
+  }
+}
+
+TEST_F(MtkCropTest, CameraMissingFromTheHoldersTableEndsTheProcess) {
+  fakeadapter::ClearCameras();
+  EXPECT_DEATH(
+      Crop(),
+      "out_of_range was thrown in -fno-exceptions mode with message \"unordered_map::at: key not found\"");
+}
+
+TEST_F(MtkCropTest, Pass1CropIsThePolicyEntryOrTheFullField) {
+  ChiRect crop{1, 1, 1, 1};
+  ASSERT_EQ(0, helper.getPass1CropRegion(meta, &crop, 42));
+  EXPECT_EQ((Quad{1, 1, 1, 1}), Q(crop)) << "no entry for the sensor";
+  ASSERT_EQ(0, helper.getPass1CropRegion(meta, &crop, kCamera + 1));
+  EXPECT_EQ(Q(kCentre), Q(crop));
+  EXPECT_EQ("D 3502 sensorid:6, l,t,w,h = [1000 750 2000 1500]", Last());
+  ASSERT_EQ(0, helper.getPass1CropRegion(testsupport::NewMeta(), &crop, 42));
+  EXPECT_EQ((Quad{0, 0, 4096, 3072}), Q(crop));
+  EXPECT_EQ("D 3501 " + Quoted("get cropRegion error,force set cropRegion[0 0 4096 3072]"), Last());
+}
+
+TEST_F(MtkTest, FaceAngleClassesCentresAndTheFirstLargestFaceAsMain) {
+  const Box small{0, 0, 400, 400}, large{0, 0, 800, 800}, offLeft{0, 1200, 4, 1600};
+  const FacesInfo faces = FaceRect(Faces({small, large, large, offLeft}, {10, 100, 200, 300}), 1000, 750);
+  ASSERT_EQ(4, faces.faceCount);
+  EXPECT_EQ(1, faces.mainFaceIndex);
+  I32 classes;
+  for (const FaceEntry& face : faces.faces) classes.push_back(face.angleClass);
+  EXPECT_EQ((I32{0, 270, 180, 90, 0, 0, 0, 0, 0, 0}), classes);
+  EXPECT_TRUE(Logged("D 3743 faces[3/4]:[0 0 200x200] point:[100 100] angle:200 faceId:102"));
+  EXPECT_EQ((Quad{0, 300, 0, 100}), Q(faces.faces[3].rect));
+  EXPECT_EQ((Point{500, 375}), P(faces.faces[3].center)) << "a centre off the image is the image's middle";
+}
+
+// The next face's in-sensor-zoom step sees the doubled size.
+TEST_F(MtkTest, FacesOnLargeOutputsDoubleTheActiveSizeEachTime) {
+  Put(*meta, "nuvaro.insensorzoom.status", I32{1});
+  Put(*meta, ANDROID_SCALER_CROP_REGION, I32{0, 0, 16000, 12000});
+  const Box box{5000, 4000, 5400, 4400};
+  const FacesInfo faces = FaceRect(Faces({box, box, box}, {0, 0, 0}), 6000, 4500);
+  EXPECT_EQ((Quad{3000, 2438, 300, 300}), Q(faces.faces[0].rect));
+  EXPECT_EQ((Quad{2250, 1875, 300, 300}), Q(faces.faces[1].rect));
+  EXPECT_EQ((Quad{750, 750, 300, 300}), Q(faces.faces[2].rect));
+}
+
+TEST_F(MtkTest, MissingFacesOrGeometryClearTheFaceRecordAndFail) {
+  EXPECT_EQ(0, FaceRect({1, 2, 3}, 1000, 750, -1).faceCount);
+  EXPECT_EQ("W 3742 " + Quoted("no face"), Last());
+  Put(*meta, ANDROID_SCALER_CROP_REGION, I32{});
+  FaceRect(Faces({{0, 0, 8, 8}}, {0}), 1000, 750, -1);
+  EXPECT_EQ("W 3741 " + Quoted("get active/crop size err"), Last());
+}
+
+TEST_F(MtkTest, FocusRegionIsTheOnlyOrTheSecondRegion) {
+  const std::string at = "D 3765 af roi, info:[t:0, n:", corners = ", tlx:400, tly:300, brx:1200, bry:900]";
+  for (auto [roi, width, result, line] : std::initializer_list<std::tuple<I32, uint32_t, int, std::string>>{
+           {{0, 1, 400, 300, 1200, 900, 1}, 1000, 0, at + "1, vs:2" + corners},
+           {{0, 2, 0, 0, 8, 8, 1, 400, 300, 1200, 900, 1}, 1000, 0, at + "2, vs:7" + corners},
+           {{9, 3, 400, 300, 1200, 900, 1}, 1000, -1, "D 3764 incorrect AF region 9 3"},
+           {{0, 1, 400, 300, 1200, 900, 1}, 0, -1, "W 3840 " + Quoted("arg err")}}) {
+    Put(*meta, MTK_3A_FEATURE_AF_ROI, roi);
+    __UtilsImage_Rect rect{1, 1, 1, 1};
+    __UtilsImage_point point{-1, -1};
+    log.Clear();
+    EXPECT_EQ(result, helper.GetFocusROI(meta, {width, 750}, &rect, &point, false, false)) << line;
+    EXPECT_EQ((result == 0 ? Quad{100, 75, 200, 150} : Quad{1, 1, 1, 1}), Q(rect)) << line;
+    EXPECT_TRUE(Logged(line)) << line;
+    if (result == 0) EXPECT_EQ((Point{200, 150}), P(point));
+  }
+}
+
+}  // namespace
