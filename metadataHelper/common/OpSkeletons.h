@@ -82,7 +82,7 @@ struct ArgCheck {
 inline constexpr ArgCheck kOutputChecked{kArgErr, false};
 inline constexpr ArgCheck kOutputAndContainerChecked{kArgErr, true};
 
-struct ReadSpec {
+struct ReadOp {
   TagRef tag;
   ReadMessages messages;
   ReadLines lines;
@@ -99,7 +99,7 @@ struct StaticLines {
   int noData = kNoLine;
 };
 
-struct StaticReadSpec {
+struct StaticReadOp {
   TagRef tag;
   ReadMessages messages;
   StaticLines lines;
@@ -111,7 +111,7 @@ struct WriteLines {
   int failed;
 };
 
-struct WriteSpec {
+struct WriteOp {
   TagRef tag;
   Format failed;
   WriteLines lines;
@@ -156,25 +156,25 @@ inline int ReadTag(metadataHelperBase& helper, const Site& site, const ReadMessa
   return 0;
 }
 
-inline int ReadTag(metadataHelperBase& helper, const Site& site, const ReadSpec& spec, MetaPtr meta,
+inline int ReadTag(metadataHelperBase& helper, const Site& site, const ReadOp& op, MetaPtr meta,
                    const void** data, uint32_t* count = nullptr) {
-  return ReadTag(helper, site, spec.messages, spec.tag, spec.messageLevel, spec.lines.lookup,
-                 spec.lines.noData, std::move(meta), data, count);
+  return ReadTag(helper, site, op.messages, op.tag, op.messageLevel, op.lines.lookup, op.lines.noData,
+                 std::move(meta), data, count);
 }
 
 // Reports a refused argument the way the descriptor says; always -1.
-inline int RefuseArgument(const Site& site, const ReadSpec& spec) {
-  Report(spec.argLevel, site, spec.lines.arg, spec.argCheck.message);
+inline int RefuseArgument(const Site& site, const ReadOp& op) {
+  Report(op.argLevel, site, op.lines.arg, op.argCheck.message);
   return -1;
 }
 
 // The standard read: check the arguments, read, hand the data to `store`.
 template <typename Out, typename Store>
-int ReadWith(metadataHelperBase& helper, const Site& site, const ReadSpec& spec, MetaPtr meta, Out* out,
+int ReadWith(metadataHelperBase& helper, const Site& site, const ReadOp& op, MetaPtr meta, Out* out,
              Store store) {
-  if (out == nullptr || (spec.argCheck.needsContainer && !meta)) return RefuseArgument(site, spec);
+  if (out == nullptr || (op.argCheck.needsContainer && !meta)) return RefuseArgument(site, op);
   const void* data = nullptr;
-  const int result = ReadTag(helper, site, spec, meta, &data);
+  const int result = ReadTag(helper, site, op, meta, &data);
   if (result != 0) return result;
   store(data, out);
   return 0;
@@ -182,17 +182,17 @@ int ReadWith(metadataHelperBase& helper, const Site& site, const ReadSpec& spec,
 
 // Copies `bytes` (by default one Out) from the tag's data as it stands.
 template <typename Out>
-int ReadCopy(metadataHelperBase& helper, const Site& site, const ReadSpec& spec, MetaPtr meta, Out* out,
+int ReadCopy(metadataHelperBase& helper, const Site& site, const ReadOp& op, MetaPtr meta, Out* out,
              size_t bytes = sizeof(Out)) {
-  return ReadWith(helper, site, spec, std::move(meta), out,
+  return ReadWith(helper, site, op, std::move(meta), out,
                   [bytes](const void* data, Out* target) { std::memcpy(target, data, bytes); });
 }
 
 // Converts the first element, read as Element, into the output.
 template <typename Element_, typename Out, typename Convert>
-int ReadConverted(metadataHelperBase& helper, const Site& site, const ReadSpec& spec, MetaPtr meta, Out* out,
+int ReadConverted(metadataHelperBase& helper, const Site& site, const ReadOp& op, MetaPtr meta, Out* out,
                   Convert convert) {
-  return ReadWith(helper, site, spec, std::move(meta), out,
+  return ReadWith(helper, site, op, std::move(meta), out,
                   [&convert](const void* data, Out* target) { *target = convert(Element<Element_>(data)); });
 }
 
@@ -200,23 +200,23 @@ int ReadConverted(metadataHelperBase& helper, const Site& site, const ReadSpec& 
 // the value. The camera id comes through the virtual GetFwkCameraId so that an
 // override changes every static read.
 template <typename Out>
-int ReadStaticCopy(metadataHelperBase& helper, const Site& site, const StaticReadSpec& spec, MetaPtr meta,
+int ReadStaticCopy(metadataHelperBase& helper, const Site& site, const StaticReadOp& op, MetaPtr meta,
                    Out* out, size_t bytes = sizeof(Out)) {
   if (out == nullptr) {
-    Report(Level::kError, site, spec.lines.arg, kArgErr);
+    Report(Level::kError, site, op.lines.arg, kArgErr);
     return -1;
   }
   int cameraId = -1;
   const int idResult = helper.GetFwkCameraId(std::move(meta), &cameraId);
   if (idResult != 0) {
-    Report(spec.messageLevel, site, spec.lines.camera, kFwkCameraIdFail);
+    Report(op.messageLevel, site, op.lines.camera, kFwkCameraIdFail);
     return idResult;
   }
   MetaPtr staticMeta =
       StaticMetadataWraper::getInstance()->getStaticMetadata(static_cast<unsigned>(cameraId));
   const void* data = nullptr;
-  const int result = ReadTag(helper, site, spec.messages, spec.tag, spec.messageLevel, spec.lines.lookup,
-                             spec.lines.noData, staticMeta, &data);
+  const int result = ReadTag(helper, site, op.messages, op.tag, op.messageLevel, op.lines.lookup,
+                             op.lines.noData, staticMeta, &data);
   if (result != 0) return result;
   std::memcpy(out, data, bytes);
   return 0;
@@ -240,15 +240,15 @@ inline constexpr int kStub = -1;
 // Setters: check, write `count` elements, report a failed write, pass the
 // write's own result through.
 template <typename T>
-int Write(metadataHelperBase& helper, const Site& site, const WriteSpec& spec, MetaPtr meta, T* values,
+int Write(metadataHelperBase& helper, const Site& site, const WriteOp& op, MetaPtr meta, T* values,
           uint32_t count) {
-  if (values == nullptr || (spec.checksContainer && !meta)) {
-    Report(spec.argLevel, site, spec.lines.arg, kArgErr);
+  if (values == nullptr || (op.checksContainer && !meta)) {
+    Report(op.argLevel, site, op.lines.arg, kArgErr);
     return -1;
   }
   const int result =
-      helper.SetMetaData<T>(std::move(meta), spec.tag.name, spec.tag.index, spec.tag.number, values, count);
-  if (result != 0) Report(spec.failLevel, site, spec.lines.failed, spec.failed);
+      helper.SetMetaData<T>(std::move(meta), op.tag.name, op.tag.index, op.tag.number, values, count);
+  if (result != 0) Report(op.failLevel, site, op.lines.failed, op.failed);
   return result;
 }
 

@@ -119,155 +119,155 @@ constexpr Level kError = Level::kError;
 
 // clang-format off
 // Sensor and timing.
-constexpr ReadSpec kSensorExposureTime         {ByNumber(ANDROID_SENSOR_EXPOSURE_TIME),        MH_ERR("ANDROID_SENSOR_EXPOSURE_TIME"),                   {88, 94, 95}};
-constexpr ReadSpec kSensorTimestamp            {ByIndex(META_SENSOR_TIMESTAMP),                MH_GENERIC,                                               {203, 208, 209}};
-constexpr ReadSpec kSensorDynamicWhiteLevel    {ByNumber(ANDROID_SENSOR_DYNAMIC_WHITE_LEVEL),  MH_FAIL("ANDROID_SENSOR_DYNAMIC_WHITE_LEVEL"),            {465, 471}};
-constexpr ReadSpec kSensorDynamicBlackLevel    {ByNumber(ANDROID_SENSOR_DYNAMIC_BLACK_LEVEL),  MH_FAIL("ANDROID_SENSOR_DYNAMIC_BLACK_LEVEL"),            {479, 485}};
-constexpr ReadSpec kAndroidTimeStamp           {ByNumber(ANDROID_SENSOR_TIMESTAMP),            MH_FAIL("ANDROID_SENSOR_TIMESTAMP"),                      {519, 524}};
-constexpr ReadSpec kSensitivity                {ByNumber(ANDROID_SENSOR_SENSITIVITY),          MH_ERR("ANDROID_SENSOR_SENSITIVITY"),                     {643, 649, 650}};
-constexpr ReadSpec kAndroidSensorFrameDuration {ByNumber(ANDROID_SENSOR_FRAME_DURATION),       MH_FAIL("ANDROID_SENSOR_FRAME_DURATION"),                 {768, 774}};
-constexpr ReadSpec kSensorSOF                  {ByIndex(META_QTIMER_START_OF_EXPOSURE),        MH_ERR("org.quic.camera.qtimer.startOfExposure"),         {101, 108, 110}};
-constexpr ReadSpec kSensorReadOutTime          {ByNumber(ANDROID_SENSOR_ROLLING_SHUTTER_SKEW), MH_ERR("ANDROID_SENSOR_ROLLING_SHUTTER_SKEW"),            {116, 123, 125}};
-constexpr ReadSpec kShootingTimeStamp          {ByIndex(META_SHOOTING_TIMESTAMP),              MH_ERR("nuvaro.shootingtime.timestamp"),                  {132, 138, 140}};
-constexpr ReadSpec kLongExpControl             {ByIndex(META_LONG_EXPOSURE_CONTROL),           MH_FAIL("com.nuvaro.camera.longExposureControl"),         {1619, 1625}};
-constexpr ReadSpec kLongExpMode                {ByIndex(META_LONG_EXPOSURE_MODE),              MH_FAIL("com.nuvaro.camera.longExposureMode"),            {1633, 1639}};
-constexpr ReadSpec kLongExposureMode           {ByIndex(META_LONGEXPOSURE_MODE),               MH_FAIL("com.nuvaro.longexposure.mode"),                  {1753, 1757}};
-constexpr ReadSpec kMFInputNum                 {ByIndex(META_MULTIFRAME_INPUT_NUM),            MH_FAIL("nuvaro.multiframe.inputNum"),                    {1647, 1651}};
-constexpr ReadSpec kFrameSyncTimestampGap      {ByIndex(META_FRAMESYNC_TIMESTAMP),             MH_ERR12("com.nuvaro.sensor.framesync.timestamp"),        {2092, 2097, 2099}};
+constexpr ReadOp kSensorExposureTime         {ByNumber(ANDROID_SENSOR_EXPOSURE_TIME),        MH_ERR("ANDROID_SENSOR_EXPOSURE_TIME"),                   {88, 94, 95}};
+constexpr ReadOp kSensorTimestamp            {ByIndex(META_SENSOR_TIMESTAMP),                MH_GENERIC,                                               {203, 208, 209}};
+constexpr ReadOp kSensorDynamicWhiteLevel    {ByNumber(ANDROID_SENSOR_DYNAMIC_WHITE_LEVEL),  MH_FAIL("ANDROID_SENSOR_DYNAMIC_WHITE_LEVEL"),            {465, 471}};
+constexpr ReadOp kSensorDynamicBlackLevel    {ByNumber(ANDROID_SENSOR_DYNAMIC_BLACK_LEVEL),  MH_FAIL("ANDROID_SENSOR_DYNAMIC_BLACK_LEVEL"),            {479, 485}};
+constexpr ReadOp kAndroidTimeStamp           {ByNumber(ANDROID_SENSOR_TIMESTAMP),            MH_FAIL("ANDROID_SENSOR_TIMESTAMP"),                      {519, 524}};
+constexpr ReadOp kSensitivity                {ByNumber(ANDROID_SENSOR_SENSITIVITY),          MH_ERR("ANDROID_SENSOR_SENSITIVITY"),                     {643, 649, 650}};
+constexpr ReadOp kAndroidSensorFrameDuration {ByNumber(ANDROID_SENSOR_FRAME_DURATION),       MH_FAIL("ANDROID_SENSOR_FRAME_DURATION"),                 {768, 774}};
+constexpr ReadOp kSensorSOF                  {ByIndex(META_QTIMER_START_OF_EXPOSURE),        MH_ERR("org.quic.camera.qtimer.startOfExposure"),         {101, 108, 110}};
+constexpr ReadOp kSensorReadOutTime          {ByNumber(ANDROID_SENSOR_ROLLING_SHUTTER_SKEW), MH_ERR("ANDROID_SENSOR_ROLLING_SHUTTER_SKEW"),            {116, 123, 125}};
+constexpr ReadOp kShootingTimeStamp          {ByIndex(META_SHOOTING_TIMESTAMP),              MH_ERR("nuvaro.shootingtime.timestamp"),                  {132, 138, 140}};
+constexpr ReadOp kLongExpControl             {ByIndex(META_LONG_EXPOSURE_CONTROL),           MH_FAIL("com.nuvaro.camera.longExposureControl"),         {1619, 1625}};
+constexpr ReadOp kLongExpMode                {ByIndex(META_LONG_EXPOSURE_MODE),              MH_FAIL("com.nuvaro.camera.longExposureMode"),            {1633, 1639}};
+constexpr ReadOp kLongExposureMode           {ByIndex(META_LONGEXPOSURE_MODE),               MH_FAIL("com.nuvaro.longexposure.mode"),                  {1753, 1757}};
+constexpr ReadOp kMFInputNum                 {ByIndex(META_MULTIFRAME_INPUT_NUM),            MH_FAIL("nuvaro.multiframe.inputNum"),                    {1647, 1651}};
+constexpr ReadOp kFrameSyncTimestampGap      {ByIndex(META_FRAMESYNC_TIMESTAMP),             MH_ERR12("com.nuvaro.sensor.framesync.timestamp"),        {2092, 2097, 2099}};
 
 // Exposure, luma and colour.
-constexpr ReadSpec kSmartAeInfo                {ByIndex(META_SMART_AE_RESULT),                 MH_GENERIC,                                               {156, 161, 162}};
-constexpr ReadSpec kLivephotoIspGainFactor     {ByIndex(META_LIVEPHOTO_ISP_GAIN_FACTOR),       MH_GENERIC,                                               {280, 286, 287}, kVerbose, kVerbose};
-constexpr ReadSpec kWhiteBlackRatio            {ByIndex(META_AEC_WHITE_BLACK_RATIO),           MH_ERR("AECWhiteBlackRatio"),                             {407, 413, 414}};
-constexpr ReadSpec kPreviewDarkGainRatio       {ByIndex(META_PREVIEW_DARK_GAIN_RATIO),         MH_ERR("previewDarkGainRatio"),                           {422, 427, 428}};
-constexpr ReadSpec kPreviewAeRatio             {ByIndex(META_PREVIEW_AE_RATIO),                MH_ERR("previewAeRatio"),                                 {436, 441, 442}, kWarning};
-constexpr ReadSpec kPreviewExposure            {ByIndex(META_PREVIEW_EXPOSURE),                MH_ERR("PreviewExposure"),                                {492, 497, 498}};
-constexpr ReadSpec kFocusDistCm                {ByNumber(ANDROID_LENS_FOCUS_DISTANCE),         MH_ERR("ANDROID_LENS_FOCUS_DISTANCE"),                    {628, 634, 635}};
-constexpr ReadSpec kAFState                    {ByNumber(ANDROID_CONTROL_AF_STATE),            MH_ERR("ANDROID_CONTROL_AF_STATE"),                       {657, 663, 664}};
-constexpr ReadSpec kAFMode                     {ByNumber(ANDROID_CONTROL_AF_MODE),             MH_ERR("ANDROID_CONTROL_AF_MODE"),                        {670, 676, 677}};
-constexpr ReadSpec kLSC                        {ByNumber(ANDROID_STATISTICS_LENS_SHADING_MAP), MH_FAIL("ANDROID_STATISTICS_LENS_SHADING_MAP"),           {684, 690}};
-constexpr ReadSpec kAndroidFlashMode           {ByNumber(ANDROID_FLASH_MODE),                  MH_FAIL("ANDROID_FLASH_MODE"),                            {746, 751}};
-constexpr ReadSpec kNUFlashMode                {ByIndex(META_NU_FLASH_MODE),                   MH_FAIL("nuvaro.flash.mode"),                             {757, 761}};
-constexpr ReadSpec kEcdStatus                  {ByIndex(META_EYE_CLOSURE_STATUS),              MH_FAIL("com.nuvaro.nvvi2.eyeclosure.status"),            {kNoLine, 918}};
-constexpr ReadSpec kFaceAverageBrightness      {ByIndex(META_FACE_BRIGHT),                     MH_ERR("faceBright"),                                     {1096, 1101, 1102}};
-constexpr ReadSpec kFacetargetAndConfidence    {ByIndex(META_FACE_BRIGHT),                     MH_ERR("faceBright"),                                     {1110, 1115, 1116}, kWarning};
-constexpr ReadSpec kIspGain                    {ByIndex(META_SENSOR_BPS_GAIN),                 MH_ONE_MESSAGE("get com.qti.sensorbps.gain fail"),        {1189, 1195}};
-constexpr ReadSpec kBlackLevelShift            {ByIndex(META_HDR_BLACKLEVEL_SHIFT),            MH_ERR("nuvaro.hdr.blacklevelShift"),                     {953, 958, 959}};
-constexpr ReadSpec kAeRatio                    {ByIndex(META_TFNR_EXP_RATIO),                  MH_ERR("com.qti.chi.statsaec.TFNRExpRatio"),              {983, 990, 992}};
-constexpr ReadSpec kIrRatio                    {ByIndex(META_SPECTRAL_IR_RATIO),               MH_ERR("com.nuvaro.camera.statsawb.spectralSensorIrRatio"), {1016, 1023, 1025}};
-constexpr ReadSpec kRealCCT                    {ByIndex(META_REAL_CCT),                        MH_ERR("com.nuvaro.camera.statsawb.realCCT"),             {1000, 1007, 1009}};
-constexpr ReadSpec kAWBFrameControl            {ByIndex(META_AWB_FRAME_CONTROL),               MH_ERR("AWBFrameControl"),                                {1124, 1129, 1130}};
-constexpr ReadSpec kAECFrameControl            {ByIndex(META_AEC_FRAME_CONTROL),               MH_ERR("AECFrameControl"),                                {1160, 1165, 1166}};
-constexpr ReadSpec kLSCMapSize                 {ByNumber(ANDROID_LENS_INFO_SHADING_MAP_SIZE),  MH_FAIL("ANDROID_LENS_INFO_SHADING_MAP_SIZE"),            {1660, 1666}};
-constexpr ReadSpec kAECompensation             {ByNumber(ANDROID_CONTROL_AE_EXPOSURE_COMPENSATION), MH_FAIL("ANDROID_CONTROL_AE_EXPOSURE_COMPENSATION"), {1675, 1681}};
-constexpr ReadSpec kSTAFDistanceInfo           {ByIndex(META_AF_DISTANCE_INFO),                MH_ERR("nuvaro.sat.afSceneResult.afDistanceInfo"),        {2107, 2112, 2114}};
-constexpr ReadSpec kNvAwbSpecialLightConfidence{ByName("com.nuvaro.camera.statsawb.specialLightConfidence"),
+constexpr ReadOp kSmartAeInfo                {ByIndex(META_SMART_AE_RESULT),                 MH_GENERIC,                                               {156, 161, 162}};
+constexpr ReadOp kLivephotoIspGainFactor     {ByIndex(META_LIVEPHOTO_ISP_GAIN_FACTOR),       MH_GENERIC,                                               {280, 286, 287}, kVerbose, kVerbose};
+constexpr ReadOp kWhiteBlackRatio            {ByIndex(META_AEC_WHITE_BLACK_RATIO),           MH_ERR("AECWhiteBlackRatio"),                             {407, 413, 414}};
+constexpr ReadOp kPreviewDarkGainRatio       {ByIndex(META_PREVIEW_DARK_GAIN_RATIO),         MH_ERR("previewDarkGainRatio"),                           {422, 427, 428}};
+constexpr ReadOp kPreviewAeRatio             {ByIndex(META_PREVIEW_AE_RATIO),                MH_ERR("previewAeRatio"),                                 {436, 441, 442}, kWarning};
+constexpr ReadOp kPreviewExposure            {ByIndex(META_PREVIEW_EXPOSURE),                MH_ERR("PreviewExposure"),                                {492, 497, 498}};
+constexpr ReadOp kFocusDistCm                {ByNumber(ANDROID_LENS_FOCUS_DISTANCE),         MH_ERR("ANDROID_LENS_FOCUS_DISTANCE"),                    {628, 634, 635}};
+constexpr ReadOp kAFState                    {ByNumber(ANDROID_CONTROL_AF_STATE),            MH_ERR("ANDROID_CONTROL_AF_STATE"),                       {657, 663, 664}};
+constexpr ReadOp kAFMode                     {ByNumber(ANDROID_CONTROL_AF_MODE),             MH_ERR("ANDROID_CONTROL_AF_MODE"),                        {670, 676, 677}};
+constexpr ReadOp kLSC                        {ByNumber(ANDROID_STATISTICS_LENS_SHADING_MAP), MH_FAIL("ANDROID_STATISTICS_LENS_SHADING_MAP"),           {684, 690}};
+constexpr ReadOp kAndroidFlashMode           {ByNumber(ANDROID_FLASH_MODE),                  MH_FAIL("ANDROID_FLASH_MODE"),                            {746, 751}};
+constexpr ReadOp kNUFlashMode                {ByIndex(META_NU_FLASH_MODE),                   MH_FAIL("nuvaro.flash.mode"),                             {757, 761}};
+constexpr ReadOp kEcdStatus                  {ByIndex(META_EYE_CLOSURE_STATUS),              MH_FAIL("com.nuvaro.nvvi2.eyeclosure.status"),            {kNoLine, 918}};
+constexpr ReadOp kFaceAverageBrightness      {ByIndex(META_FACE_BRIGHT),                     MH_ERR("faceBright"),                                     {1096, 1101, 1102}};
+constexpr ReadOp kFacetargetAndConfidence    {ByIndex(META_FACE_BRIGHT),                     MH_ERR("faceBright"),                                     {1110, 1115, 1116}, kWarning};
+constexpr ReadOp kIspGain                    {ByIndex(META_SENSOR_BPS_GAIN),                 MH_ONE_MESSAGE("get com.qti.sensorbps.gain fail"),        {1189, 1195}};
+constexpr ReadOp kBlackLevelShift            {ByIndex(META_HDR_BLACKLEVEL_SHIFT),            MH_ERR("nuvaro.hdr.blacklevelShift"),                     {953, 958, 959}};
+constexpr ReadOp kAeRatio                    {ByIndex(META_TFNR_EXP_RATIO),                  MH_ERR("com.qti.chi.statsaec.TFNRExpRatio"),              {983, 990, 992}};
+constexpr ReadOp kIrRatio                    {ByIndex(META_SPECTRAL_IR_RATIO),               MH_ERR("com.nuvaro.camera.statsawb.spectralSensorIrRatio"), {1016, 1023, 1025}};
+constexpr ReadOp kRealCCT                    {ByIndex(META_REAL_CCT),                        MH_ERR("com.nuvaro.camera.statsawb.realCCT"),             {1000, 1007, 1009}};
+constexpr ReadOp kAWBFrameControl            {ByIndex(META_AWB_FRAME_CONTROL),               MH_ERR("AWBFrameControl"),                                {1124, 1129, 1130}};
+constexpr ReadOp kAECFrameControl            {ByIndex(META_AEC_FRAME_CONTROL),               MH_ERR("AECFrameControl"),                                {1160, 1165, 1166}};
+constexpr ReadOp kLSCMapSize                 {ByNumber(ANDROID_LENS_INFO_SHADING_MAP_SIZE),  MH_FAIL("ANDROID_LENS_INFO_SHADING_MAP_SIZE"),            {1660, 1666}};
+constexpr ReadOp kAECompensation             {ByNumber(ANDROID_CONTROL_AE_EXPOSURE_COMPENSATION), MH_FAIL("ANDROID_CONTROL_AE_EXPOSURE_COMPENSATION"), {1675, 1681}};
+constexpr ReadOp kSTAFDistanceInfo           {ByIndex(META_AF_DISTANCE_INFO),                MH_ERR("nuvaro.sat.afSceneResult.afDistanceInfo"),        {2107, 2112, 2114}};
+constexpr ReadOp kNvAwbSpecialLightConfidence{ByName("com.nuvaro.camera.statsawb.specialLightConfidence"),
                                                 MH_MESSAGES("GetMetadata nvawb specialLightConfidence err", "get metadata nvawb specialLightConfidence err"),
                                                                                                                                                          {2260, 2265, 2266}, kWarning, kError, kMetaIsNull};
 
 // Scene, AI and capture features.
-constexpr ReadSpec kStylizationType            {ByIndex(META_STYLIZATION_TYPE),                MH_GENERIC,                                               {189, 195, 196}};
-constexpr ReadSpec kHighlightAnchorOrder       {ByIndex(META_HIGHLIGHT_ANCHOR_ORDER),          MH_GENERIC,                                               {216, 222, 223}};
-constexpr ReadSpec kStreetModeEnable           {ByIndex(META_STREET_MODE),                     MH_GENERIC,                                               {229, 234, 235}};
-constexpr ReadSpec kEHDREnable                 {ByIndex(META_EHDR_ENABLE),                     MH_GENERIC,                                               {241, 246, 247}};
-constexpr ReadSpec kTeleFusionEnable           {ByName("nuvaro.capturefusion.isSetWAndTFusion"), MH_GENERIC,                                             {253, 259, 260}, kWarning};
-constexpr ReadSpec kIsPzslDisplayMode          {ByIndex(META_PZSL_DISPLAY_MODE),               MH_GENERIC,                                               {267, 272, 273}, kVerbose, kVerbose};
-constexpr ReadSpec kStreetAnchorOrder          {ByIndex(META_STREET_ANCHOR_ORDER),             MH_GENERIC,                                               {293, 299, 300}};
-constexpr ReadSpec kAISceneResult              {ByIndex(META_AI_SCENE_RESULT),                 MH_ERR("nuvaro.ai.asd.algoSceneDetectedAIResult"),        {362, 369, 371}};
-constexpr ReadSpec kAISceneIndoor              {ByIndex(META_AI_SCENE_INDOOR),                 MH_ERR("nuvaro.ai.asd.algoSceneDetectedIndoor"),          {391, 398, 400}};
-constexpr ReadSpec kDisplayEnable              {ByIndex(META_DISPLAY_ENABLE),                  MH_ERR("displayEnable"),                                  {450, 456, 457}, kWarning};
-constexpr ReadSpec kSelfieUnfold               {ByIndex(META_SELFIE_UNFOLD),                   MH_ERR("com.nuvaro.sessionparams.selfieUnfold"),          {530, 537, 539}};
-constexpr ReadSpec kLiveshotEnabled            {ByIndex(META_LIVESHOT_ENABLED),                MH_ERR("com.nuvaro.liveshot.enabled"),                    {546, 551, 552}};
-constexpr ReadSpec kMotionCaptureEnabledIcon   {ByIndex(META_MOTION_CAPTURE_ENABLED_ICON),     MH_ERR("nuvaro.ai.nvsd.motionCaptureEnabledIcon"),        {559, 566, 568}};
-constexpr ReadSpec kMotionCaptureType          {ByIndex(META_MOTION_CAPTURE_TYPE),             MH_ERR("nuvaro.ai.nvsd.motionCaptureType"),               {582, 589, 591}};
-constexpr ReadSpec kMotionCaptureFrameType     {ByIndex(META_MOTION_CAPTURE_FRAME_TYPE),       MH_ERR("nuvaro.ai.nvsd.motionCaptureFrameType"),          {598, 605, 607}};
-constexpr ReadSpec kIsZSLEnable                {ByNumber(ANDROID_CONTROL_ENABLE_ZSL),          MH_FAIL("ANDROID_CONTROL_ENABLE_ZSL"),                    {734, 739}};
-constexpr ReadSpec kNUPanshotFeatureEnable     {ByIndex(META_PANSHOT_FEATURE_ENABLE),          MH_FAIL("com.nuvaro.panshotTruck.FeatureEnable"),         {781, 787}};
-constexpr ReadSpec kNUAihighlightIs            {ByIndex(META_AI_HIGHLIGHT),                    MH_ERR("com.nv.node.nvaihighlight.isHighLight"),          {924, 931, 933}};
-constexpr ReadSpec kSunsetScene                {ByIndex(META_SUNSET_SCENE),                    MH_ERR("nuvaro.ai.asd.SunsetScene"),                      {378, 383, 384}};
-constexpr ReadSpec kAppMode                    {ByIndex(META_APP_MODULE),                      MH_ERR("nuvaro.app.module"),                              {940, 945, 946}};
-constexpr ReadSpec kPreAnchor                  {ByIndex(META_PRE_ANCHOR_PROC),                 MH_ERR("com.nuvaro.nvvi2.preAnchorProc"),                 {306, 312, 314}};
-constexpr ReadSpec kAnchorFrameNum             {ByIndex(META_ANCHOR_FRAME_NUM),                MH_ERR("com.nuvaro.nvvi2.anchorFrameNum"),                {320, 326, 328}};
-constexpr ReadSpec kConcertMode                {ByIndex(META_CONCERT_SCENE),                   MH_FAIL2("nuvaro.ai.asd.ConcertScene"),                   {721, 726, 727}};
-constexpr ReadSpec kPanshotTrackerInfo         {ByIndex(META_PANSHOT_TRUCK_RSLT4SNAPSHOT),     MH_FAIL("com.nuvaro.panshotTruck.Rslt4Snapshot"),         {1210, 1216}};
-constexpr ReadSpec kSDSRTrigger                {ByIndex(META_SDSR_TRIGGER),                    MH_FAIL("nuvaro.ai.asd.SDSRTrigger"),                     {1592, 1596}};
-constexpr ReadSpec kDiffusionSRMode            {ByIndex(META_DIFFUSION_SR_MODE),               MH_FAIL("com.nuvaro.stableDiffusionSR.mode"),             {1604, 1610}};
-constexpr ReadSpec kZSLQAlgoUpSup              {ByIndex(META_ZSLQ_ALGOUP_SUPPORTED),           MH_FAIL("nuvaro.nvvi.zslq.algoup.supported"),             {1765, 1771}};
-constexpr ReadSpec kAIspSelectAnchorOutput     {ByIndex(META_AISP_SELECTANCHOR_OUTPUT),        MH_ERR("NV_EXT_CTRL_AISP_SELECTANCHOR_OUTPUT"),           {1779, 1786, 1788}};
-constexpr ReadSpec kBandingSceneType           {ByIndex(META_BANDING_SCENE_TYPE),              MH_ERR12("nuvaro.ai.nvsd.bandingSceneType"),              {614, 620, 622}};
-constexpr ReadSpec kNuvaroDeviceOrientation    {ByIndex(META_DEVICE_ORIENTATION),              MH_ERR12("nuvaro.device.orientation"),                    {1796, 1800, 1801}};
-constexpr ReadSpec kNuvaroThermalLevel         {ByIndex(META_THERMAL_LEVEL),                   MH_ERR12("NV_THERMAL_LEVEL"),                             {1809, 1813, 1814}};
-constexpr ReadSpec kNuvaroThermalResult        {ByIndex(META_THERMAL_RESUIT),                  MH_ERR12("NV_THERMAL_RESUIT"),                            {1822, 1826, 1827}};
-constexpr ReadSpec kASDSmartScene              {ByIndex(META_ASD_SMART_SCENE),                 MH_ERR("com.nuvaro.camera.asd.smartScene"),               {2078, 2082, 2084}, kVerbose, kVerbose};
-constexpr ReadSpec kNuvaroFlipEnable           {ByIndex(META_FLIP_ENABLED),                    MH_ERR12("nuvaro.flip.enabled"),                          {2026, 2029, 2030}, kVerbose, kError, kFlipIsNull};
-constexpr ReadSpec kNuvaroAfInfoFocusedROIID   {ByIndex(META_AF_FOCUSED_ROI_ID),
+constexpr ReadOp kStylizationType            {ByIndex(META_STYLIZATION_TYPE),                MH_GENERIC,                                               {189, 195, 196}};
+constexpr ReadOp kHighlightAnchorOrder       {ByIndex(META_HIGHLIGHT_ANCHOR_ORDER),          MH_GENERIC,                                               {216, 222, 223}};
+constexpr ReadOp kStreetModeEnable           {ByIndex(META_STREET_MODE),                     MH_GENERIC,                                               {229, 234, 235}};
+constexpr ReadOp kEHDREnable                 {ByIndex(META_EHDR_ENABLE),                     MH_GENERIC,                                               {241, 246, 247}};
+constexpr ReadOp kTeleFusionEnable           {ByName("nuvaro.capturefusion.isSetWAndTFusion"), MH_GENERIC,                                             {253, 259, 260}, kWarning};
+constexpr ReadOp kIsPzslDisplayMode          {ByIndex(META_PZSL_DISPLAY_MODE),               MH_GENERIC,                                               {267, 272, 273}, kVerbose, kVerbose};
+constexpr ReadOp kStreetAnchorOrder          {ByIndex(META_STREET_ANCHOR_ORDER),             MH_GENERIC,                                               {293, 299, 300}};
+constexpr ReadOp kAISceneResult              {ByIndex(META_AI_SCENE_RESULT),                 MH_ERR("nuvaro.ai.asd.algoSceneDetectedAIResult"),        {362, 369, 371}};
+constexpr ReadOp kAISceneIndoor              {ByIndex(META_AI_SCENE_INDOOR),                 MH_ERR("nuvaro.ai.asd.algoSceneDetectedIndoor"),          {391, 398, 400}};
+constexpr ReadOp kDisplayEnable              {ByIndex(META_DISPLAY_ENABLE),                  MH_ERR("displayEnable"),                                  {450, 456, 457}, kWarning};
+constexpr ReadOp kSelfieUnfold               {ByIndex(META_SELFIE_UNFOLD),                   MH_ERR("com.nuvaro.sessionparams.selfieUnfold"),          {530, 537, 539}};
+constexpr ReadOp kLiveshotEnabled            {ByIndex(META_LIVESHOT_ENABLED),                MH_ERR("com.nuvaro.liveshot.enabled"),                    {546, 551, 552}};
+constexpr ReadOp kMotionCaptureEnabledIcon   {ByIndex(META_MOTION_CAPTURE_ENABLED_ICON),     MH_ERR("nuvaro.ai.nvsd.motionCaptureEnabledIcon"),        {559, 566, 568}};
+constexpr ReadOp kMotionCaptureType          {ByIndex(META_MOTION_CAPTURE_TYPE),             MH_ERR("nuvaro.ai.nvsd.motionCaptureType"),               {582, 589, 591}};
+constexpr ReadOp kMotionCaptureFrameType     {ByIndex(META_MOTION_CAPTURE_FRAME_TYPE),       MH_ERR("nuvaro.ai.nvsd.motionCaptureFrameType"),          {598, 605, 607}};
+constexpr ReadOp kIsZSLEnable                {ByNumber(ANDROID_CONTROL_ENABLE_ZSL),          MH_FAIL("ANDROID_CONTROL_ENABLE_ZSL"),                    {734, 739}};
+constexpr ReadOp kNUPanshotFeatureEnable     {ByIndex(META_PANSHOT_FEATURE_ENABLE),          MH_FAIL("com.nuvaro.panshotTruck.FeatureEnable"),         {781, 787}};
+constexpr ReadOp kNUAihighlightIs            {ByIndex(META_AI_HIGHLIGHT),                    MH_ERR("com.nv.node.nvaihighlight.isHighLight"),          {924, 931, 933}};
+constexpr ReadOp kSunsetScene                {ByIndex(META_SUNSET_SCENE),                    MH_ERR("nuvaro.ai.asd.SunsetScene"),                      {378, 383, 384}};
+constexpr ReadOp kAppMode                    {ByIndex(META_APP_MODULE),                      MH_ERR("nuvaro.app.module"),                              {940, 945, 946}};
+constexpr ReadOp kPreAnchor                  {ByIndex(META_PRE_ANCHOR_PROC),                 MH_ERR("com.nuvaro.nvvi2.preAnchorProc"),                 {306, 312, 314}};
+constexpr ReadOp kAnchorFrameNum             {ByIndex(META_ANCHOR_FRAME_NUM),                MH_ERR("com.nuvaro.nvvi2.anchorFrameNum"),                {320, 326, 328}};
+constexpr ReadOp kConcertMode                {ByIndex(META_CONCERT_SCENE),                   MH_FAIL2("nuvaro.ai.asd.ConcertScene"),                   {721, 726, 727}};
+constexpr ReadOp kPanshotTrackerInfo         {ByIndex(META_PANSHOT_TRUCK_RSLT4SNAPSHOT),     MH_FAIL("com.nuvaro.panshotTruck.Rslt4Snapshot"),         {1210, 1216}};
+constexpr ReadOp kSDSRTrigger                {ByIndex(META_SDSR_TRIGGER),                    MH_FAIL("nuvaro.ai.asd.SDSRTrigger"),                     {1592, 1596}};
+constexpr ReadOp kDiffusionSRMode            {ByIndex(META_DIFFUSION_SR_MODE),               MH_FAIL("com.nuvaro.stableDiffusionSR.mode"),             {1604, 1610}};
+constexpr ReadOp kZSLQAlgoUpSup              {ByIndex(META_ZSLQ_ALGOUP_SUPPORTED),           MH_FAIL("nuvaro.nvvi.zslq.algoup.supported"),             {1765, 1771}};
+constexpr ReadOp kAIspSelectAnchorOutput     {ByIndex(META_AISP_SELECTANCHOR_OUTPUT),        MH_ERR("NV_EXT_CTRL_AISP_SELECTANCHOR_OUTPUT"),           {1779, 1786, 1788}};
+constexpr ReadOp kBandingSceneType           {ByIndex(META_BANDING_SCENE_TYPE),              MH_ERR12("nuvaro.ai.nvsd.bandingSceneType"),              {614, 620, 622}};
+constexpr ReadOp kNuvaroDeviceOrientation    {ByIndex(META_DEVICE_ORIENTATION),              MH_ERR12("nuvaro.device.orientation"),                    {1796, 1800, 1801}};
+constexpr ReadOp kNuvaroThermalLevel         {ByIndex(META_THERMAL_LEVEL),                   MH_ERR12("NV_THERMAL_LEVEL"),                             {1809, 1813, 1814}};
+constexpr ReadOp kNuvaroThermalResult        {ByIndex(META_THERMAL_RESUIT),                  MH_ERR12("NV_THERMAL_RESUIT"),                            {1822, 1826, 1827}};
+constexpr ReadOp kASDSmartScene              {ByIndex(META_ASD_SMART_SCENE),                 MH_ERR("com.nuvaro.camera.asd.smartScene"),               {2078, 2082, 2084}, kVerbose, kVerbose};
+constexpr ReadOp kNuvaroFlipEnable           {ByIndex(META_FLIP_ENABLED),                    MH_ERR12("nuvaro.flip.enabled"),                          {2026, 2029, 2030}, kVerbose, kError, kFlipIsNull};
+constexpr ReadOp kNuvaroAfInfoFocusedROIID   {ByIndex(META_AF_FOCUSED_ROI_ID),
                                                 MH_MESSAGES("com.nuvaro.afinfo.FocusedROIID err", "get com.nuvaro.afinfo.FocusedROIID err"), {2065, 2069, 2070}};
-constexpr ReadSpec kComputeOpticsTrigger       {ByIndex(META_COMPUTE_OPTICS_TRIGGER),          MH_ERR("nuvaro.ai.asd.ComputeOpticsTrigger"),             {2122, 2128, 2130}};
-constexpr ReadSpec kThermalLevel               {ByName("nuvaro.thermal.thermalLevel"),
+constexpr ReadOp kComputeOpticsTrigger       {ByIndex(META_COMPUTE_OPTICS_TRIGGER),          MH_ERR("nuvaro.ai.asd.ComputeOpticsTrigger"),             {2122, 2128, 2130}};
+constexpr ReadOp kThermalLevel               {ByName("nuvaro.thermal.thermalLevel"),
                                                 MH_MESSAGES("GetMetadata thermalLevel err", "get metadata thermalLevel err"),       {2189, 2194, 2195}, kWarning};
-constexpr ReadSpec kMacroMode                  {ByName("nuvaro.MacroMode.enabled"),
+constexpr ReadOp kMacroMode                  {ByName("nuvaro.MacroMode.enabled"),
                                                 MH_MESSAGES("GetMetadata macroMode err", "get metadata macroMode err"),             {2245, 2250, 2251}, kWarning, kError, kMetaIsNull};
 
 // Geometry, zoom and lens.
-constexpr ReadSpec kAndroidJpegOrientation     {ByNumber(ANDROID_JPEG_ORIENTATION),            MH_GENERIC,                                               {2323, 2324, 2325}};
-constexpr ReadSpec kCropRegion                 {ByIndex(META_SNAPSHOT_CROP_REGION),            MH_ERR("nuvaro.snapshot.cropRegion"),                     {2326, 2327, 2328}, kVerbose, kError, kOutputAndContainerChecked};
-constexpr ReadSpec kAndroidCropRegion          {ByNumber(ANDROID_SCALER_CROP_REGION),          MH_ERR("ANDROID_SCALER_CROP_REGION"),                     {2329, 2330, 2331}};
-constexpr ReadSpec kAndroidZoomRatio           {ByNumber(ANDROID_CONTROL_ZOOM_RATIO),
+constexpr ReadOp kAndroidJpegOrientation     {ByNumber(ANDROID_JPEG_ORIENTATION),            MH_GENERIC,                                               {2323, 2324, 2325}};
+constexpr ReadOp kCropRegion                 {ByIndex(META_SNAPSHOT_CROP_REGION),            MH_ERR("nuvaro.snapshot.cropRegion"),                     {2326, 2327, 2328}, kVerbose, kError, kOutputAndContainerChecked};
+constexpr ReadOp kAndroidCropRegion          {ByNumber(ANDROID_SCALER_CROP_REGION),          MH_ERR("ANDROID_SCALER_CROP_REGION"),                     {2329, 2330, 2331}};
+constexpr ReadOp kAndroidZoomRatio           {ByNumber(ANDROID_CONTROL_ZOOM_RATIO),
                                                 MH_MESSAGES("GetMetaData ANDROID_CONTROL_ZOOM_RATIO fail", "get ANDROID_CONTROL_ZOOM_RATIO err"), {2332, 2333, 2334}};
-constexpr ReadSpec kApertureValue              {ByNumber(ANDROID_LENS_APERTURE),               MH_ERR("ANDROID_LENS_APERTURE"),                          {2335, 2336, 2337}};
-constexpr ReadSpec kActiveSize                 {ByNumber(ANDROID_SENSOR_INFO_ACTIVE_ARRAY_SIZE), MH_ERR("ANDROID_SENSOR_INFO_ACTIVE_ARRAY_SIZE"),        {2344, 2345, 2346}};
-constexpr ReadSpec kRealAvailableMinDigitalZoom{ByIndex(META_REAL_AVAILABLE_MIN_DIGITAL_ZOOM), MH_FAIL("com.nuvaro.scaler.realAvailableMinDigitalZoom"), {2350, 2351}};
-constexpr ReadSpec kContinuousOpticalZoom      {ByIndex(META_OPTICAL_ZOOM_CURRENT_RATIO),      MH_FAIL("com.nuvaro.optical.zoom.opticalZoomCurrentRatio"), {2352, 2353}};
-constexpr ReadSpec kAvailableMinDigitalZoom    {ByIndex(META_AVAILABLE_MIN_DIGITAL_ZOOM),      MH_FAIL("com.nuvaro.scaler.availableMinDigitalZoom"),     {2354, 2355}};
-constexpr ReadSpec kJPEGGPSCoordinates         {ByNumber(ANDROID_JPEG_GPS_COORDINATES),        MH_FAIL("ANDROID_JPEG_GPS_COORDINATES"),                  {2384, 2385}};
-constexpr ReadSpec kRotationMatrix             {ByIndex(META_ROTATION_MATRIX),                 MH_FAIL("rotationMatrix"),                                {2390, 2391}};
-constexpr ReadSpec kAndroidAFRegion            {ByNumber(ANDROID_CONTROL_AF_REGIONS),          kAfRegionMessages,                                        {2392, 2393, 2394}};
-constexpr ReadSpec kAndroidLensFocalLength     {ByNumber(ANDROID_LENS_FOCAL_LENGTH),           kAfRegionMessages,                                        {2395, 2396, 2397}};
-constexpr ReadSpec kNuvaroEquivalentFocalLength{ByIndex(META_FOCAL_LENGTH_35MM),               MH_ERR12("com.nuvaro.sensor.info.focalLength35mm"),       {2399, 2400, 2401}};
-constexpr ReadSpec kZoomEisEffective           {ByName("com.nuvaro.camera.zoomeis.effectiverate"),
+constexpr ReadOp kApertureValue              {ByNumber(ANDROID_LENS_APERTURE),               MH_ERR("ANDROID_LENS_APERTURE"),                          {2335, 2336, 2337}};
+constexpr ReadOp kActiveSize                 {ByNumber(ANDROID_SENSOR_INFO_ACTIVE_ARRAY_SIZE), MH_ERR("ANDROID_SENSOR_INFO_ACTIVE_ARRAY_SIZE"),        {2344, 2345, 2346}};
+constexpr ReadOp kRealAvailableMinDigitalZoom{ByIndex(META_REAL_AVAILABLE_MIN_DIGITAL_ZOOM), MH_FAIL("com.nuvaro.scaler.realAvailableMinDigitalZoom"), {2350, 2351}};
+constexpr ReadOp kContinuousOpticalZoom      {ByIndex(META_OPTICAL_ZOOM_CURRENT_RATIO),      MH_FAIL("com.nuvaro.optical.zoom.opticalZoomCurrentRatio"), {2352, 2353}};
+constexpr ReadOp kAvailableMinDigitalZoom    {ByIndex(META_AVAILABLE_MIN_DIGITAL_ZOOM),      MH_FAIL("com.nuvaro.scaler.availableMinDigitalZoom"),     {2354, 2355}};
+constexpr ReadOp kJPEGGPSCoordinates         {ByNumber(ANDROID_JPEG_GPS_COORDINATES),        MH_FAIL("ANDROID_JPEG_GPS_COORDINATES"),                  {2384, 2385}};
+constexpr ReadOp kRotationMatrix             {ByIndex(META_ROTATION_MATRIX),                 MH_FAIL("rotationMatrix"),                                {2390, 2391}};
+constexpr ReadOp kAndroidAFRegion            {ByNumber(ANDROID_CONTROL_AF_REGIONS),          kAfRegionMessages,                                        {2392, 2393, 2394}};
+constexpr ReadOp kAndroidLensFocalLength     {ByNumber(ANDROID_LENS_FOCAL_LENGTH),           kAfRegionMessages,                                        {2395, 2396, 2397}};
+constexpr ReadOp kNuvaroEquivalentFocalLength{ByIndex(META_FOCAL_LENGTH_35MM),               MH_ERR12("com.nuvaro.sensor.info.focalLength35mm"),       {2399, 2400, 2401}};
+constexpr ReadOp kZoomEisEffective           {ByName("com.nuvaro.camera.zoomeis.effectiverate"),
                                                 MH_MESSAGES("GetMetaData com.nuvaro.camera.zoomeis.effectiverate fail", "get com.nuvaro.camera.zoomeis.effectiverate err"), {2423, 2424, 2425}};
 
 // Per-camera values from the static metadata: output, camera id, lookup, no data.
-constexpr StaticReadSpec kSensorBayerPatten    {ByNumber(ANDROID_SENSOR_INFO_COLOR_FILTER_ARRANGEMENT), MH_FAIL("ANDROID_SENSOR_INFO_COLOR_FILTER_ARRANGEMENT"), {1571, 1576, 1584}};
-constexpr StaticReadSpec kActiveArraySize      {ByNumber(ANDROID_SENSOR_INFO_ACTIVE_ARRAY_SIZE), MH_ONE_MESSAGE("Get ACTIVE_ARRAY_SIZE err"),      {2378, 2379, 2380}};
-constexpr StaticReadSpec kMaxActiveArraySize   {ByNumber(ANDROID_SENSOR_INFO_ACTIVE_ARRAY_SIZE_MAXIMUM_RESOLUTION),
+constexpr StaticReadOp kSensorBayerPatten    {ByNumber(ANDROID_SENSOR_INFO_COLOR_FILTER_ARRANGEMENT), MH_FAIL("ANDROID_SENSOR_INFO_COLOR_FILTER_ARRANGEMENT"), {1571, 1576, 1584}};
+constexpr StaticReadOp kActiveArraySize      {ByNumber(ANDROID_SENSOR_INFO_ACTIVE_ARRAY_SIZE), MH_ONE_MESSAGE("Get ACTIVE_ARRAY_SIZE err"),      {2378, 2379, 2380}};
+constexpr StaticReadOp kMaxActiveArraySize   {ByNumber(ANDROID_SENSOR_INFO_ACTIVE_ARRAY_SIZE_MAXIMUM_RESOLUTION),
                                                 MH_ONE_MESSAGE("Get ANDROID_SENSOR_INFO_ACTIVE_ARRAY_SIZE_MAXIMUM_RESOLUTION err"),               {2381, 2382, 2383}};
-constexpr StaticReadSpec kSensorViewAngle      {ByIndex(META_VIEW_ANGLE),                      MH_ERR("ViewAngle"),                                      {2386, 2387, 2388, 2389}};
+constexpr StaticReadOp kSensorViewAngle      {ByIndex(META_VIEW_ANGLE),                      MH_ERR("ViewAngle"),                                      {2386, 2387, 2388, 2389}};
 
 // Camera identity; role and facing are read from the static metadata.
-constexpr ReadSpec kPhyCameraId                {ByIndex(META_PHYS_CAMERA_ID),                  MH_ERR("nuvaro.snapshot.physCameraId"),                   {2320, 2321, 2322}};
-constexpr ReadSpec kFwkCameraId                {ByIndex(META_FWK_CAMERA_ID),                   MH_ERR("nuvaro.snapshot.fwkCameraId"),                    {2347, 2348, 2349}};
-constexpr ReadSpec kCameraRoleId               {ByIndex(META_CAMERA_ROLE_ID),
+constexpr ReadOp kPhyCameraId                {ByIndex(META_PHYS_CAMERA_ID),                  MH_ERR("nuvaro.snapshot.physCameraId"),                   {2320, 2321, 2322}};
+constexpr ReadOp kFwkCameraId                {ByIndex(META_FWK_CAMERA_ID),                   MH_ERR("nuvaro.snapshot.fwkCameraId"),                    {2347, 2348, 2349}};
+constexpr ReadOp kCameraRoleId               {ByIndex(META_CAMERA_ROLE_ID),
                                                 MH_MESSAGES("GetMetadata com.nuvaro.cameraid.role.cameraId err", "GetMetadata com.nuvaro.cameraid.role.cameraId err"), {2414, 2415, 2416}};
-constexpr ReadSpec kAndroidLensFacing          {ByNumber(ANDROID_LENS_FACING),
+constexpr ReadOp kAndroidLensFacing          {ByNumber(ANDROID_LENS_FACING),
                                                 MH_MESSAGES("GetMetadata ANDROID_LENS_FACING err1", "GetMetadata  ANDROID_LENS_FACING err2"), {2420, 2421, 2422}};
 
 // Bokeh records.
-constexpr ReadSpec kBokehRequestInfo           {ByIndex(META_BOKEH_CONFIG_REQUEST),            MH_ERR12("com.nuvaro.camera.bokehConfig.request"),        {2403, 2404, 2405}};
-constexpr ReadSpec kBokehSessionParamInfo      {ByIndex(META_BOKEH_CONFIG_STREAM),             MH_ERR12("com.nuvaro.camera.bokehConfig.stream"),         {2408, 2409, 2410}};
-constexpr ReadSpec kBokehCapabilityInfo        {ByIndex(META_BOKEH_CAPS_INFO),                 MH_ERR12("com.nuvaro.camera.bokehCaps.info"),             {kNoLine, 2411, 2412}};
+constexpr ReadOp kBokehRequestInfo           {ByIndex(META_BOKEH_CONFIG_REQUEST),            MH_ERR12("com.nuvaro.camera.bokehConfig.request"),        {2403, 2404, 2405}};
+constexpr ReadOp kBokehSessionParamInfo      {ByIndex(META_BOKEH_CONFIG_STREAM),             MH_ERR12("com.nuvaro.camera.bokehConfig.stream"),         {2408, 2409, 2410}};
+constexpr ReadOp kBokehCapabilityInfo        {ByIndex(META_BOKEH_CAPS_INFO),                 MH_ERR12("com.nuvaro.camera.bokehCaps.info"),             {kNoLine, 2411, 2412}};
 
 // Writes: tag, failure message, {argument, failure} lines, whether an empty
 // container is refused up front, failure level, argument level.
-constexpr WriteSpec kSetHazeratio              {ByIndex(META_AWB_HAZE_RATIO),                  MH_SET_ERR("com.nuvaro.3AAlgo.awbHazeRatio"),             {2338, 2339}, false};
-constexpr WriteSpec kSetAIToneFlag             {ByIndex(META_AEC_AI_TONE_FLAG),                MH_SET_ERR("com.nuvaro.3AAlgo.aecAItoneFlag"),            {2340, 2341}, false};
-constexpr WriteSpec kSetAllinoneResult         {ByIndex(META_ALLINONE_RESULT),                 MH_SET_ERR("nuvaro.snapshot.allinoneResult"),             {2342, 2343}, false, kVerbose, kVerbose};
-constexpr WriteSpec kSetLSC                    {ByNumber(ANDROID_STATISTICS_LENS_SHADING_MAP), MH_SET_ERR("ANDROID_STATISTICS_LENS_SHADING_MAP"),        {2356, 2357}};
-constexpr WriteSpec kSetNeutralPoint           {ByNumber(ANDROID_SENSOR_NEUTRAL_COLOR_POINT),  MH_SET_ERR("ANDROID_SENSOR_NEUTRAL_COLOR_POINT"),         {2358, 2359}};
-constexpr WriteSpec kSetBlackLevel             {ByNumber(ANDROID_SENSOR_DYNAMIC_BLACK_LEVEL),  MH_SET_ERR("ANDROID_SENSOR_DYNAMIC_BLACK_LEVEL"),         {2360, 2361}};
-constexpr WriteSpec kSetPostRawGain            {ByIndex(META_DNG_POST_RAW_GAIN),               MH_SET_ERR("com.nuvaro.dng.postRawGain"),                 {2362, 2363}};
-constexpr WriteSpec kSetUseToneCurve           {ByIndex(META_DNG_USE_TONE_CURVE),              MH_SET_ERR("com.nuvaro.dng.postRawGain"),                 {2364, 2365}, true, kVerbose, kVerbose};
-constexpr WriteSpec kSetWhitelevel             {ByNumber(ANDROID_SENSOR_DYNAMIC_WHITE_LEVEL),  MH_SET_ERR("ANDROID_SENSOR_DYNAMIC_WHITE_LEVEL"),         {2366, 2367}};
-constexpr WriteSpec kSetWhitelevelScaleFactor  {ByIndex(META_DNG_WHITELEVEL_SCALE_FACTOR),     MH_MESSAGE("SetMetadata com.nuvaro.dng.whitelevelScaleFactorerr"), {2368, 2369}};
-constexpr WriteSpec kSetAWBParam               {ByIndex(META_AWB_PARAM),                       MH_SET_ERR("ANDROID_SENSOR_DYNAMIC_WHITE_LEVEL"),         {2370, 2371}};
-constexpr WriteSpec kSetMultiframeDebugData    {ByIndex(META_MULTIFRAME_DEBUG_DATA),           MH_SET_ERR("nuvaro.multiframe.debugData"),                {2372, 2373}};
-constexpr WriteSpec kSetPanshotTruckInfo       {ByIndex(META_PANSHOT_TRUCK_RSLT4SNAPSHOT),     MH_SET_ERR("com.nuvaro.panshotTruck.Rslt4Snapshot"),      {2374, 2375}};
-constexpr WriteSpec kSetPanshotResult          {ByIndex(META_PANSHOT_RESULT),                  MH_SET_ERR("com.nuvaro.panshot.panshotResult"),           {2376, 2377}};
-constexpr WriteSpec kSetAndroidLensFocalLength {ByNumber(ANDROID_LENS_FOCAL_LENGTH),           MH_SET_ERR("ANDROID_LENS_FOCAL_LENGTH"),                  {kNoLine, 2398}, false};
-constexpr WriteSpec kSetNuvaroEquivalentFocalLength{ByIndex(META_FOCAL_LENGTH_35MM),           MH_SET_ERR("com.nuvaro.sensor.info.focalLength35mm"),     {kNoLine, 2402}, false};
-constexpr WriteSpec kSetBokehRequestInfoList   {ByName("com.nuvaro.camera.bokehConfig.request"), MH_SET_ERR("com.nuvaro.camera.bokehConfig.request"),    {2406, 2407}, false, kWarning};
-constexpr WriteSpec kSetAnchorFrameOrder       {ByName("com.nuvaro.nvvi2.anchorOutputOrder"),  MH_MESSAGE("set com.nuvaro.nvvi2.anchorOutputOrder fail"), {2426, 2427}, false, kWarning};
-constexpr WriteSpec kSetAnchorFrameIndex       {ByName("com.nuvaro.nvvi2.anchorFrameNum"),     MH_SET_ERR("com.nuvaro.nvvi2.anchorFrameNum"),            {kNoLine, 2428}, false, kWarning};
+constexpr WriteOp kSetHazeratio              {ByIndex(META_AWB_HAZE_RATIO),                  MH_SET_ERR("com.nuvaro.3AAlgo.awbHazeRatio"),             {2338, 2339}, false};
+constexpr WriteOp kSetAIToneFlag             {ByIndex(META_AEC_AI_TONE_FLAG),                MH_SET_ERR("com.nuvaro.3AAlgo.aecAItoneFlag"),            {2340, 2341}, false};
+constexpr WriteOp kSetAllinoneResult         {ByIndex(META_ALLINONE_RESULT),                 MH_SET_ERR("nuvaro.snapshot.allinoneResult"),             {2342, 2343}, false, kVerbose, kVerbose};
+constexpr WriteOp kSetLSC                    {ByNumber(ANDROID_STATISTICS_LENS_SHADING_MAP), MH_SET_ERR("ANDROID_STATISTICS_LENS_SHADING_MAP"),        {2356, 2357}};
+constexpr WriteOp kSetNeutralPoint           {ByNumber(ANDROID_SENSOR_NEUTRAL_COLOR_POINT),  MH_SET_ERR("ANDROID_SENSOR_NEUTRAL_COLOR_POINT"),         {2358, 2359}};
+constexpr WriteOp kSetBlackLevel             {ByNumber(ANDROID_SENSOR_DYNAMIC_BLACK_LEVEL),  MH_SET_ERR("ANDROID_SENSOR_DYNAMIC_BLACK_LEVEL"),         {2360, 2361}};
+constexpr WriteOp kSetPostRawGain            {ByIndex(META_DNG_POST_RAW_GAIN),               MH_SET_ERR("com.nuvaro.dng.postRawGain"),                 {2362, 2363}};
+constexpr WriteOp kSetUseToneCurve           {ByIndex(META_DNG_USE_TONE_CURVE),              MH_SET_ERR("com.nuvaro.dng.postRawGain"),                 {2364, 2365}, true, kVerbose, kVerbose};
+constexpr WriteOp kSetWhitelevel             {ByNumber(ANDROID_SENSOR_DYNAMIC_WHITE_LEVEL),  MH_SET_ERR("ANDROID_SENSOR_DYNAMIC_WHITE_LEVEL"),         {2366, 2367}};
+constexpr WriteOp kSetWhitelevelScaleFactor  {ByIndex(META_DNG_WHITELEVEL_SCALE_FACTOR),     MH_MESSAGE("SetMetadata com.nuvaro.dng.whitelevelScaleFactorerr"), {2368, 2369}};
+constexpr WriteOp kSetAWBParam               {ByIndex(META_AWB_PARAM),                       MH_SET_ERR("ANDROID_SENSOR_DYNAMIC_WHITE_LEVEL"),         {2370, 2371}};
+constexpr WriteOp kSetMultiframeDebugData    {ByIndex(META_MULTIFRAME_DEBUG_DATA),           MH_SET_ERR("nuvaro.multiframe.debugData"),                {2372, 2373}};
+constexpr WriteOp kSetPanshotTruckInfo       {ByIndex(META_PANSHOT_TRUCK_RSLT4SNAPSHOT),     MH_SET_ERR("com.nuvaro.panshotTruck.Rslt4Snapshot"),      {2374, 2375}};
+constexpr WriteOp kSetPanshotResult          {ByIndex(META_PANSHOT_RESULT),                  MH_SET_ERR("com.nuvaro.panshot.panshotResult"),           {2376, 2377}};
+constexpr WriteOp kSetAndroidLensFocalLength {ByNumber(ANDROID_LENS_FOCAL_LENGTH),           MH_SET_ERR("ANDROID_LENS_FOCAL_LENGTH"),                  {kNoLine, 2398}, false};
+constexpr WriteOp kSetNuvaroEquivalentFocalLength{ByIndex(META_FOCAL_LENGTH_35MM),           MH_SET_ERR("com.nuvaro.sensor.info.focalLength35mm"),     {kNoLine, 2402}, false};
+constexpr WriteOp kSetBokehRequestInfoList   {ByName("com.nuvaro.camera.bokehConfig.request"), MH_SET_ERR("com.nuvaro.camera.bokehConfig.request"),    {2406, 2407}, false, kWarning};
+constexpr WriteOp kSetAnchorFrameOrder       {ByName("com.nuvaro.nvvi2.anchorOutputOrder"),  MH_MESSAGE("set com.nuvaro.nvvi2.anchorOutputOrder fail"), {2426, 2427}, false, kWarning};
+constexpr WriteOp kSetAnchorFrameIndex       {ByName("com.nuvaro.nvvi2.anchorFrameNum"),     MH_SET_ERR("com.nuvaro.nvvi2.anchorFrameNum"),            {kNoLine, 2428}, false, kWarning};
 // clang-format on
 
 // ---- What the special members compute --------------------------------------

@@ -33,53 +33,53 @@ constexpr Level kFailureLevel = Level::kWarning;
 // ---- Descriptors, in slot order ------------------------------------------
 // Some messages name another tag than the one read: callers grep for them.
 // clang-format off
-constexpr ReadSpec kUIEV                    {ByName("nuvaro.ae.exposureCompensation"),           MH_ERR("nuvaro.supernight.real.manualev"),           {140, 141, 142}, kFailureLevel};
-constexpr ReadSpec kSensorTimestamp         {ByNumber(ANDROID_SENSOR_TIMESTAMP),                 MH_FAIL("ANDROID_SENSOR_TIMESTAMP"),                 {180, 181, 182}, kFailureLevel};
-constexpr ReadSpec kTeleFusionEnable        {ByName("nuvaro.telefusion.enabled"),                MH_GENERIC,                                          {260, 261, 262}, kFailureLevel};
-constexpr ReadSpec kHistogram               {ByName("nuvaro.histogram.stats"),                   MH_ERR("nuvaro.histogram.stats"),                    {340, 341, 342}, kFailureLevel};
-constexpr ReadSpec kDarkToneGain            {ByName("nuvaro.ae.dark.tonegain"),                  MH_ERR("previewDarkGainRatio"),                      {440, 441, 442}, kFailureLevel};
-constexpr ReadSpec kDynamicBlackLevel       {ByNumber(ANDROID_SENSOR_DYNAMIC_BLACK_LEVEL),       MH_FAIL("ANDROID_SENSOR_DYNAMIC_BLACK_LEVEL"),       {520, 521, 522}, kFailureLevel};
-constexpr ReadSpec kPreviewExposure         {ByName("nuvaro.burst.last.preview.exposure.time"),  MH_ERR("PreviewExposure"),                           {540, 541, 542}, kFailureLevel};
-constexpr ReadSpec kPreviewIspGain          {ByName("nuvaro.burst.last.preview.ispGain"),        MH_ERR("nuvaro.burst.last.preview.ispGain"),         {560, 561, 562}, kFailureLevel};
-constexpr ReadSpec kMotionVelocity          {ByName("nuvaro.ai.nvsd.motionVelocity"),            MH_MESSAGES("GetMetadata motionVelocity err",
+constexpr ReadOp kUIEV                    {ByName("nuvaro.ae.exposureCompensation"),           MH_ERR("nuvaro.supernight.real.manualev"),           {140, 141, 142}, kFailureLevel};
+constexpr ReadOp kSensorTimestamp         {ByNumber(ANDROID_SENSOR_TIMESTAMP),                 MH_FAIL("ANDROID_SENSOR_TIMESTAMP"),                 {180, 181, 182}, kFailureLevel};
+constexpr ReadOp kTeleFusionEnable        {ByName("nuvaro.telefusion.enabled"),                MH_GENERIC,                                          {260, 261, 262}, kFailureLevel};
+constexpr ReadOp kHistogram               {ByName("nuvaro.histogram.stats"),                   MH_ERR("nuvaro.histogram.stats"),                    {340, 341, 342}, kFailureLevel};
+constexpr ReadOp kDarkToneGain            {ByName("nuvaro.ae.dark.tonegain"),                  MH_ERR("previewDarkGainRatio"),                      {440, 441, 442}, kFailureLevel};
+constexpr ReadOp kDynamicBlackLevel       {ByNumber(ANDROID_SENSOR_DYNAMIC_BLACK_LEVEL),       MH_FAIL("ANDROID_SENSOR_DYNAMIC_BLACK_LEVEL"),       {520, 521, 522}, kFailureLevel};
+constexpr ReadOp kPreviewExposure         {ByName("nuvaro.burst.last.preview.exposure.time"),  MH_ERR("PreviewExposure"),                           {540, 541, 542}, kFailureLevel};
+constexpr ReadOp kPreviewIspGain          {ByName("nuvaro.burst.last.preview.ispGain"),        MH_ERR("nuvaro.burst.last.preview.ispGain"),         {560, 561, 562}, kFailureLevel};
+constexpr ReadOp kMotionVelocity          {ByName("nuvaro.ai.nvsd.motionVelocity"),            MH_MESSAGES("GetMetadata motionVelocity err",
                                                                                                              "get metadata motionVelocity Fail"),     {720, 721, 722}, kFailureLevel};
-constexpr ReadSpec kSensorPolicyCrops       {ByName("com.nuvaro.camera.sensorpolicy.cropregions"), MH_MESSAGES("GetMetadata com.nuvaro.camera.sensorpolicy.cropregions ret err",
+constexpr ReadOp kSensorPolicyCrops       {ByName("com.nuvaro.camera.sensorpolicy.cropregions"), MH_MESSAGES("GetMetadata com.nuvaro.camera.sensorpolicy.cropregions ret err",
                                                                                                                "get metadata com.nuvaro.camera.sensorpolicy.cropregions null err"), {940, 942, 943}, kFailureLevel};
-constexpr ReadSpec kFaceLuma                {ByName("nuvaro.ae.average.face.luma"),              MH_ERR("nuvaro.ae.average.face.luma"),               {1220, 1221, 1222}, kFailureLevel};
-constexpr ReadSpec kFaceLumaToneGain        {ByName("nuvaro.ae.mid.tonegain"),                   MH_ERR12("nuvaro.ae.mid.tonegain"),                  {1220, 1223, 1224}, kFailureLevel};
-constexpr ReadSpec kNoFaceLuma              {ByName("nuvaro.longexposure.cwr"),                  MH_ERR("nuvaro.longexposure.cwr"),                   {1240, 1241, 1242}, kFailureLevel};
-constexpr ReadSpec kFrameLuma               {ByName("nuvaro.ae.average.frame.luma"),             MH_ERR("nuvaro.ae.average.frame.luma"),              {1260, 1261, 1262}, kFailureLevel};
-constexpr ReadSpec kTuningSensorMode        {ByName("nuvaro.streaming.sensormode"),              MH_ERR("nuvaro.streaming.sensormode"),               {1300, 1301, 1302}, kFailureLevel};
-constexpr ReadSpec kGammaInfo               {ByNumber(MTK_SUPERNIGHT_GAMMA_INFO),                MH_ONE_MESSAGE("GetMetadata nuvaro.supernight.gammainfo fail 1"), {1360, 1361, 1362}, kFailureLevel};
-constexpr ReadSpec kGammaTable              {ByNumber(MTK_SUPERNIGHT_GAMMA_INFO),                MH_ONE_MESSAGE("GetMetadata nuvaro.supernight.gammainfo fail 1"), {1380, 1381, 1382}, kFailureLevel};
-constexpr ReadSpec kFaceAverageBrightness   {ByName("nuvaro.ai.asd.FaceAverageBrightness"),      MH_ERR("FaceAverageBrightness"),                     {1500, 1501, 1502}, kFailureLevel};
-constexpr ReadSpec kFaceTarget              {ByName("nuvaro.ae.average.face.luma"),              MH_ERR("faceBright"),                                {1520, 1521, 1522}, kFailureLevel};
-constexpr ReadSpec kCurLuma                 {ByName("nuvaro.ae.average.frame.luma"),             MH_ERR("nuvaro.ae.average.frame.luma"),              {1560, 1561, 1562}, kFailureLevel};
-constexpr ReadSpec kIspGain                 {ByNumber(MTK_3A_FEATURE_AE_ISP_GAIN_VALUE),         MH_ERR("MTK_3A_FEATURE_AE_ISP_GAIN_VALUE"),          {1600, 1601, 1602}, kFailureLevel};
-constexpr ReadSpec kQTimerTimeStamp         {ByName("com.nuvaro.mtk.p1node.frameinfo"),          MH_ERR("com.nuvaro.mtk.p1node.frameinfo"),           {1720, 1721, 1722}, kFailureLevel};
-constexpr ReadSpec kPreviewAdrcGain         {ByName("nuvaro.ae.mid.tonegain"),                   MH_ERR("PreviewAdrcGain"),                           {1760, 1761, 1762}, kFailureLevel};
-constexpr ReadSpec kAeAdjustRatio           {ByName("nuvaro.hdr.custom.adjustratio"),            MH_FAIL("nuvaro.hdr.custom.adjustratio"),            {1780, 1781, 1782}, kFailureLevel};
-constexpr ReadSpec kSensorModeFrameResult   {ByName("com.nuvaro.camera.sensorpolicy.frameresult"), MH_ERR("com.nuvaro.camera.sensorpolicy.frameresult"), {2100, 2101, 2102}, kFailureLevel, Level::kWarning};
-constexpr ReadSpec kAwbGains                {ByNumber(ANDROID_COLOR_CORRECTION_GAINS),           MH_ERR("MTK_COLOR_CORRECTION_GAINS"),                {2180, 2181, 2182}, kFailureLevel};
-constexpr ReadSpec kAwbColorTemperature     {ByName("com.mediatek.3afeature.awbColorTemperature"), MH_ERR("com.mediatek.3afeature.awbColorTemperature"), {2180, 2183, 2184}, kFailureLevel};
-constexpr ReadSpec kFdFaceInfo              {ByName("nuvaro.bokeh.faceInfo"),                    MH_ERR("nuvaro.bokeh.faceInfo"),                     {2220, 2221, 2222}, kFailureLevel};
-constexpr ReadSpec kGtmCurve                {ByName("nuvaro.hdr.gtm.curve"),                     MH_GENERIC,                                          {2260, 2261, 2262}, kFailureLevel};
-constexpr ReadSpec kGyro                    {ByName("nuvaro.nvvi.ellc.gyro"),                    MH_ONE_MESSAGE("get nuvaro.nvvi.ellc.gyro fail"),    {2360, 2361, 2362}, kFailureLevel};
-constexpr ReadSpec kPanshotResult           {ByName("com.nuvaro.panshotTruck.Rslt4Snapshot"),    MH_FAIL("com.nuvaro.panshotTruck.Rslt4Snapshot"),    {2380, 2381, 2382}, kFailureLevel};
-constexpr StaticReadSpec kActiveArraySize   {ByNumber(ANDROID_SENSOR_INFO_ACTIVE_ARRAY_SIZE),    MH_ONE_MESSAGE("Get ACTIVE_ARRAY_SIZE err"),         {2480, 2481, 2482, 2483}, kFailureLevel};
-constexpr StaticReadSpec kMaxActiveArraySize{ByNumber(ANDROID_SENSOR_INFO_ACTIVE_ARRAY_SIZE_MAXIMUM_RESOLUTION),
+constexpr ReadOp kFaceLuma                {ByName("nuvaro.ae.average.face.luma"),              MH_ERR("nuvaro.ae.average.face.luma"),               {1220, 1221, 1222}, kFailureLevel};
+constexpr ReadOp kFaceLumaToneGain        {ByName("nuvaro.ae.mid.tonegain"),                   MH_ERR12("nuvaro.ae.mid.tonegain"),                  {1220, 1223, 1224}, kFailureLevel};
+constexpr ReadOp kNoFaceLuma              {ByName("nuvaro.longexposure.cwr"),                  MH_ERR("nuvaro.longexposure.cwr"),                   {1240, 1241, 1242}, kFailureLevel};
+constexpr ReadOp kFrameLuma               {ByName("nuvaro.ae.average.frame.luma"),             MH_ERR("nuvaro.ae.average.frame.luma"),              {1260, 1261, 1262}, kFailureLevel};
+constexpr ReadOp kTuningSensorMode        {ByName("nuvaro.streaming.sensormode"),              MH_ERR("nuvaro.streaming.sensormode"),               {1300, 1301, 1302}, kFailureLevel};
+constexpr ReadOp kGammaInfo               {ByNumber(MTK_SUPERNIGHT_GAMMA_INFO),                MH_ONE_MESSAGE("GetMetadata nuvaro.supernight.gammainfo fail 1"), {1360, 1361, 1362}, kFailureLevel};
+constexpr ReadOp kGammaTable              {ByNumber(MTK_SUPERNIGHT_GAMMA_INFO),                MH_ONE_MESSAGE("GetMetadata nuvaro.supernight.gammainfo fail 1"), {1380, 1381, 1382}, kFailureLevel};
+constexpr ReadOp kFaceAverageBrightness   {ByName("nuvaro.ai.asd.FaceAverageBrightness"),      MH_ERR("FaceAverageBrightness"),                     {1500, 1501, 1502}, kFailureLevel};
+constexpr ReadOp kFaceTarget              {ByName("nuvaro.ae.average.face.luma"),              MH_ERR("faceBright"),                                {1520, 1521, 1522}, kFailureLevel};
+constexpr ReadOp kCurLuma                 {ByName("nuvaro.ae.average.frame.luma"),             MH_ERR("nuvaro.ae.average.frame.luma"),              {1560, 1561, 1562}, kFailureLevel};
+constexpr ReadOp kIspGain                 {ByNumber(MTK_3A_FEATURE_AE_ISP_GAIN_VALUE),         MH_ERR("MTK_3A_FEATURE_AE_ISP_GAIN_VALUE"),          {1600, 1601, 1602}, kFailureLevel};
+constexpr ReadOp kQTimerTimeStamp         {ByName("com.nuvaro.mtk.p1node.frameinfo"),          MH_ERR("com.nuvaro.mtk.p1node.frameinfo"),           {1720, 1721, 1722}, kFailureLevel};
+constexpr ReadOp kPreviewAdrcGain         {ByName("nuvaro.ae.mid.tonegain"),                   MH_ERR("PreviewAdrcGain"),                           {1760, 1761, 1762}, kFailureLevel};
+constexpr ReadOp kAeAdjustRatio           {ByName("nuvaro.hdr.custom.adjustratio"),            MH_FAIL("nuvaro.hdr.custom.adjustratio"),            {1780, 1781, 1782}, kFailureLevel};
+constexpr ReadOp kSensorModeFrameResult   {ByName("com.nuvaro.camera.sensorpolicy.frameresult"), MH_ERR("com.nuvaro.camera.sensorpolicy.frameresult"), {2100, 2101, 2102}, kFailureLevel, Level::kWarning};
+constexpr ReadOp kAwbGains                {ByNumber(ANDROID_COLOR_CORRECTION_GAINS),           MH_ERR("MTK_COLOR_CORRECTION_GAINS"),                {2180, 2181, 2182}, kFailureLevel};
+constexpr ReadOp kAwbColorTemperature     {ByName("com.mediatek.3afeature.awbColorTemperature"), MH_ERR("com.mediatek.3afeature.awbColorTemperature"), {2180, 2183, 2184}, kFailureLevel};
+constexpr ReadOp kFdFaceInfo              {ByName("nuvaro.bokeh.faceInfo"),                    MH_ERR("nuvaro.bokeh.faceInfo"),                     {2220, 2221, 2222}, kFailureLevel};
+constexpr ReadOp kGtmCurve                {ByName("nuvaro.hdr.gtm.curve"),                     MH_GENERIC,                                          {2260, 2261, 2262}, kFailureLevel};
+constexpr ReadOp kGyro                    {ByName("nuvaro.nvvi.ellc.gyro"),                    MH_ONE_MESSAGE("get nuvaro.nvvi.ellc.gyro fail"),    {2360, 2361, 2362}, kFailureLevel};
+constexpr ReadOp kPanshotResult           {ByName("com.nuvaro.panshotTruck.Rslt4Snapshot"),    MH_FAIL("com.nuvaro.panshotTruck.Rslt4Snapshot"),    {2380, 2381, 2382}, kFailureLevel};
+constexpr StaticReadOp kActiveArraySize   {ByNumber(ANDROID_SENSOR_INFO_ACTIVE_ARRAY_SIZE),    MH_ONE_MESSAGE("Get ACTIVE_ARRAY_SIZE err"),         {2480, 2481, 2482, 2483}, kFailureLevel};
+constexpr StaticReadOp kMaxActiveArraySize{ByNumber(ANDROID_SENSOR_INFO_ACTIVE_ARRAY_SIZE_MAXIMUM_RESOLUTION),
                                              MH_ONE_MESSAGE("Get ANDROID_SENSOR_INFO_ACTIVE_ARRAY_SIZE_MAXIMUM_RESOLUTION err"),                       {2500, 2501, 2502, 2503}, kFailureLevel};
-constexpr StaticReadSpec kShadingMapSize    {ByNumber(ANDROID_LENS_INFO_SHADING_MAP_SIZE),       MH_FAIL("ANDROID_LENS_INFO_SHADING_MAP_SIZE"),       {2640, 2641, 2642, 2643}, kFailureLevel};
-constexpr StaticReadSpec kViewAngle         {ByName("com.nuvaro.lens.info.ViewAngle"),           MH_ERR("ViewAngle"),                                 {2700, 2701, 2702, 2703}, kFailureLevel};
-constexpr ReadSpec kFrameSyncTimestampGap   {ByName("com.nuvaro.mtk.p1node.frameinfo"),          MH_ERR("com.nuvaro.mtk.p1node.frameinfo"),           {3320, 3321, 3322}, kFailureLevel};
-constexpr ReadSpec kMxdebandingDetectResult {ByName("com.nuvaro.nvvi2.mxdebanding.detectResult"), MH_ERR12("com.nuvaro.nvvi2.mxdebanding.detectResult"), {3360, 3361, 3362}, kFailureLevel};
-constexpr ReadSpec kLuxIndex                {ByName("com.nuvaro.statsconfigs.AecInfo"),          MH_ERR12("com.nuvaro.statsconfigs.AecInfo"),         {3480, 3481, 3482}, kFailureLevel};
-constexpr ReadSpec kExpIndex                {ByNumber(ANDROID_SENSOR_EXPOSURE_TIME),             MH_ERR("ANDROID_SENSOR_EXPOSURE_TIME"),              {3520, 3521, 3522}, kFailureLevel};
-constexpr ReadSpec kAdrcToneGain            {ByName("nuvaro.ae.mid.tonegain"),                   MH_ERR12("nuvaro.ae.mid.tonegain"),                  {3540, 3541, 3542}, kFailureLevel};
-constexpr ReadSpec kSensorGain              {ByNumber(MTK_3A_FEATURE_AE_SENSOR_GAIN_VALUE),      MH_ERR12("MTK_3A_FEATURE_AE_SENSOR_GAIN_VALUE"),     {3560, 3561, 3562}, kFailureLevel};
-constexpr WriteSpec kBssGoldenIndex         {ByNumber(MTK_MFNR_FEATURE_BSS_GOLDEN_INDEX),
+constexpr StaticReadOp kShadingMapSize    {ByNumber(ANDROID_LENS_INFO_SHADING_MAP_SIZE),       MH_FAIL("ANDROID_LENS_INFO_SHADING_MAP_SIZE"),       {2640, 2641, 2642, 2643}, kFailureLevel};
+constexpr StaticReadOp kViewAngle         {ByName("com.nuvaro.lens.info.ViewAngle"),           MH_ERR("ViewAngle"),                                 {2700, 2701, 2702, 2703}, kFailureLevel};
+constexpr ReadOp kFrameSyncTimestampGap   {ByName("com.nuvaro.mtk.p1node.frameinfo"),          MH_ERR("com.nuvaro.mtk.p1node.frameinfo"),           {3320, 3321, 3322}, kFailureLevel};
+constexpr ReadOp kMxdebandingDetectResult {ByName("com.nuvaro.nvvi2.mxdebanding.detectResult"), MH_ERR12("com.nuvaro.nvvi2.mxdebanding.detectResult"), {3360, 3361, 3362}, kFailureLevel};
+constexpr ReadOp kLuxIndex                {ByName("com.nuvaro.statsconfigs.AecInfo"),          MH_ERR12("com.nuvaro.statsconfigs.AecInfo"),         {3480, 3481, 3482}, kFailureLevel};
+constexpr ReadOp kExpIndex                {ByNumber(ANDROID_SENSOR_EXPOSURE_TIME),             MH_ERR("ANDROID_SENSOR_EXPOSURE_TIME"),              {3520, 3521, 3522}, kFailureLevel};
+constexpr ReadOp kAdrcToneGain            {ByName("nuvaro.ae.mid.tonegain"),                   MH_ERR12("nuvaro.ae.mid.tonegain"),                  {3540, 3541, 3542}, kFailureLevel};
+constexpr ReadOp kSensorGain              {ByNumber(MTK_3A_FEATURE_AE_SENSOR_GAIN_VALUE),      MH_ERR12("MTK_3A_FEATURE_AE_SENSOR_GAIN_VALUE"),     {3560, 3561, 3562}, kFailureLevel};
+constexpr WriteOp kBssGoldenIndex         {ByNumber(MTK_MFNR_FEATURE_BSS_GOLDEN_INDEX),
                                              MH_FORMAT(MH_QUOTED("SetMetadata MTK_MFNR_FEATURE_BSS_GOLDEN_INDEX err")), {3660, 3661}, false, kFailureLevel};
-constexpr ReadSpec kAfRoiSource             {ByNumber(MTK_3A_FEATURE_AF_ROI),                    MH_ERR("MTK_3A_FEATURE_AF_ROI"),                     {3800, 3801, 3802}, kFailureLevel};
+constexpr ReadOp kAfRoiSource             {ByNumber(MTK_3A_FEATURE_AF_ROI),                    MH_ERR("MTK_3A_FEATURE_AF_ROI"),                     {3800, 3801, 3802}, kFailureLevel};
 // clang-format on
 
 // Tags read without a message of their own.
@@ -121,10 +121,9 @@ bool MissingOutput(const void* out, const Site& site, int line, Level level = Le
 
 // The standard check and read, handing back the element data.
 template <typename Out>
-int ReadData(metadataHelperBase& helper, const Site& site, const ReadSpec& spec, MetaPtr meta, Out* out,
+int ReadData(metadataHelperBase& helper, const Site& site, const ReadOp& op, MetaPtr meta, Out* out,
              const void** data) {
-  return ReadWith(helper, site, spec, std::move(meta), out,
-                  [data](const void* found, Out*) { *data = found; });
+  return ReadWith(helper, site, op, std::move(meta), out, [data](const void* found, Out*) { *data = found; });
 }
 
 // A read that reports nothing itself (the core read still does); an entry
@@ -179,10 +178,10 @@ struct SafeToneGain {
   int flagResult;
 };
 
-int ReadSafeToneGain(metadataHelperBase& helper, const Site& site, const ReadSpec& spec, const MetaPtr& meta,
+int ReadSafeToneGain(metadataHelperBase& helper, const Site& site, const ReadOp& op, const MetaPtr& meta,
                      SafeToneGain* tone) {
   const void* value = nullptr;
-  const int result = ReadTag(helper, site, spec, meta, &value);
+  const int result = ReadTag(helper, site, op, meta, &value);
   if (result != 0) return result;
   tone->gain = mtk::ToneGainFromFixed(Element<int32_t>(value));
   void* flag = const_cast<void*>(value);
@@ -214,12 +213,12 @@ IspGainRecount ReadIspGainRecount(metadataHelperBase& helper, const MetaPtr& met
 }
 
 // A failed read reports; a found entry without data is not a failure here.
-int ReadGammaCurve(metadataHelperBase& helper, const Site& site, const ReadSpec& spec, MetaPtr meta,
+int ReadGammaCurve(metadataHelperBase& helper, const Site& site, const ReadOp& op, MetaPtr meta,
                    const void** curve) {
   void* found = nullptr;
   const int result =
-      helper.GetMetaData(std::move(meta), spec.tag.name, spec.tag.index, spec.tag.number, &found, nullptr);
-  if (result != 0) Report(spec.messageLevel, site, spec.lines.lookup, spec.messages.lookupFailed);
+      helper.GetMetaData(std::move(meta), op.tag.name, op.tag.index, op.tag.number, &found, nullptr);
+  if (result != 0) Report(op.messageLevel, site, op.lines.lookup, op.messages.lookupFailed);
   *curve = found;
   return result;
 }

@@ -34,13 +34,10 @@ struct NotSupportedCase {
   bool needsMeta;  // form B: an empty container is an argument fault too
 };
 
-#define FORM(op, type, line, needsMeta)                                                                \
-  {                                                                                                    \
-#op, [](metadataHelperBase & h, MetaPtr m, bool n) { return h.op(m, OutOrNull<type>(n)); }, line,  \
-                                                                                             needsMeta \
-  }
-
 // clang-format off
+#define FORM(op, type, line, needsMeta) \
+  {#op, [](metadataHelperBase& h, MetaPtr m, bool n) { return h.op(m, OutOrNull<type>(n)); }, line, needsMeta}
+
 const NotSupportedCase kCases[] = {
     FORM(GetUIEV, int, 182, false),
     FORM(GetCurSensorMode, int, 81, false),
