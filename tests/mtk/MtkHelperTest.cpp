@@ -368,3 +368,89 @@ TEST_F(MtkTest, FocusRegionIsTheOnlyOrTheSecondRegion) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST_F(MtkTest, RawFaceRecordKeepsCornersWithTheLastFacesPitchAngleAndPose) {
+  // words: corners, unused, pitch, angle, pose, id
+  Put(*meta, "nuvaro.bokeh.faceInfo",
+      I32{1100, 800, 1300, 1000, 0, 3, 50, 4, 1, 1200, 900, 1400, 1100, 0, 6, 200, 8, 2});
+  Put(*meta, "nuvaro.insensorzoom.status", I32{1});
+  nvholder::NUNvFDRawSnapshotParam param{};
+  ASSERT_EQ(0, helper.GetFdData(meta, &param));
+  EXPECT_EQ(2, param.faceCount);
+  // In in-sensor-zoom mode a corner c becomes (c - A/4) * 2, A the active extent of its axis.
+  EXPECT_EQ((Box{200, 100, 600, 500}),
+            (Box{param.faces[0].x0, param.faces[0].y0, param.faces[0].x1, param.faces[0].y1}));
+  EXPECT_EQ((I32{6, 180, 8}), (I32{param.pitch, param.angle, param.pose}));
+  EXPECT_EQ((Quad{0, 0, 4000, 3000}), Q(param.activeArray));
+  // Sensor mode type 17 (platform mode 6) doubles the corners instead.
+  I32 frameResult(416, -1);
+  frameResult[96] = kCamera;
+  frameResult[100] = 6;
+  Put(*meta, "com.nuvaro.camera.sensorpolicy.frameresult", frameResult);
+  Put(*meta, "nuvaro.insensorzoom.status", I32{0});
+  ASSERT_EQ(0, helper.GetFdData(meta, &param));
+  EXPECT_EQ((Box{2200, 1600, 2600, 2000}),
+            (Box{param.faces[0].x0, param.faces[0].y0, param.faces[0].x1, param.faces[0].y1}));
+}
+
+TEST_F(MtkTest, FaceAndFocusTagsCopyToAnotherContainer) {
+  auto copy = testsupport::NewMeta();
+  EXPECT_EQ(0, helper.SetFacesInfoHolder(meta, copy));  // nothing to copy is no failure
+  EXPECT_EQ("W 3781 GetMetadata nuvaro.bokeh.faceInfo err", Last());
+  EXPECT_EQ(-1, helper.SetFocusROI(meta, copy));
+  EXPECT_EQ("W 3801 " + Quoted("GetMetadata MTK_3A_FEATURE_AF_ROI err"), Last());
+  Put(*meta, "nuvaro.bokeh.faceInfo", Faces({{1, 2, 3, 4}}, {90}));
+  Put(*meta, MTK_3A_FEATURE_AF_ROI, I32{1, 1, 10, 20, 30, 40, 7});
+  EXPECT_EQ(0, helper.SetFacesInfoHolder(meta, copy));
+  EXPECT_EQ(0, helper.SetFocusROI(meta, copy));
+  EXPECT_EQ(100, copy->find("nuvaro.bokeh.faceInfo").data.i32[8]);
+  EXPECT_EQ(7u, copy->find(MTK_3A_FEATURE_AF_ROI).count);
+  EXPECT_EQ(-1, helper.SetFocusROI(meta, nullptr));
+  EXPECT_EQ("W 3803 " + Quoted("SetMetaData MTK_3A_FEATURE_AF_ROI err"), Last());
+}
+
+TEST_F(MtkTest, ColourTransformGtmAecGoldenIndexAndGyro) {
+  std::vector<camera_metadata_rational> ccm(9, {1, 2});
+  ccm[4] = {3, 0};
+  Put(*meta, ANDROID_COLOR_CORRECTION_TRANSFORM, ccm);
+  float transform[9] = {};
+  EXPECT_EQ(0, helper.GetColorCorrectionTransform(meta, transform));
+  EXPECT_EQ((std::vector<float>{0.5f, 3.0f}), (std::vector<float>{transform[0], transform[4]}));
+  EXPECT_EQ(1, meta->find(ANDROID_COLOR_CORRECTION_TRANSFORM).data.r[4].denominator);  // repaired in place
+
+  I32 curve(289, 0);
+  curve[0] = 64, curve[32] = 7, curve[288] = 9;
+  Put(*meta, "nuvaro.hdr.gtm.curve", curve);
+  nvholder::GTMInfo gtm;
+  std::memset(&gtm, 0x5A, sizeof gtm);
+  EXPECT_EQ(0, helper.GetGTMTable(meta, &gtm));
+  EXPECT_EQ(std::string(sizeof gtm, '\x5A'), Bytes(&gtm, sizeof gtm));  // only logged
+  EXPECT_EQ("D 2263 gtm curve, binNum:64 (7, 9)", Last());
+
+  nvholder::NUAECFrameControl aec{};
+  aec.leading[0] = 9;
+  EXPECT_EQ(0, helper.GetAECFrameControl(meta, &aec));  // no lux tag: 0, still success
+  EXPECT_EQ(0.0f, aec.luxIndex);
+  Put(*meta, "com.nuvaro.statsconfigs.AecInfo", std::vector<float>{123.9f});
+  EXPECT_EQ(0, helper.GetAECFrameControl(meta, &aec));
+  EXPECT_EQ(123.0f, aec.luxIndex);
+  EXPECT_EQ(9u, aec.leading[0]);
+
+  EXPECT_EQ(0, helper.SetAnchorFrameIndex(meta, 4));
+  EXPECT_EQ(4, meta->find(MTK_MFNR_FEATURE_BSS_GOLDEN_INDEX).data.i32[0]);
+
+  // Gyro fields land where the record has them; the padding after the count is not written.
+  std::vector<uint8_t> gyroBytes(sizeof(nvholder::ChiFrameGyro));
+  for (size_t i = 0; i < gyroBytes.size(); ++i) gyroBytes[i] = static_cast<uint8_t>(i % 251);
+  Put(*meta, "nuvaro.nvvi.ellc.gyro", gyroBytes);
+  nvholder::ChiFrameGyro gyro;
+  std::memset(&gyro, 0xEE, sizeof gyro);
+  EXPECT_EQ(0, helper.GetGyroInfo(meta, &gyro));
+  std::string expected = Bytes(gyroBytes.data(), gyroBytes.size());
+  expected.replace(4, 4, 4, '\xEE');
+  EXPECT_EQ(expected, Bytes(&gyro, sizeof gyro));
+}
+
+}  // namespace
