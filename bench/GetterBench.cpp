@@ -3,8 +3,10 @@
 //
 // The baseline is what a caller would write by hand: find the tag in the
 // container and copy the first element. The helper adds the tag resolution,
-// the argument checks and a shared-pointer copy; its target is to stay
-// within a small constant factor of the baseline and to never allocate.
+// the argument checks, a virtual call and shared-pointer copies. Targets:
+// no heap allocation on any getter path; at most 3x the baseline for tags
+// named by number or index (a failed read with logging off included) and
+// 6x for tags named by string, whose lookup compares names.
 #include <benchmark/benchmark.h>
 #include <MetaTagWrapper.h>
 #include <NvMetadata.h>
@@ -124,6 +126,8 @@ BENCHMARK(BM_MissingTag_LoggingOff);
 // Prints each run's time as a ratio of the baseline's from the same run.
 class RatioReporter : public benchmark::ConsoleReporter {
  public:
+  RatioReporter() : ConsoleReporter(OO_Tabular) {}
+
   void ReportRuns(const std::vector<Run>& runs) override {
     ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) times_[run.benchmark_name()] = run.GetAdjustedCPUTime();
@@ -133,7 +137,12 @@ class RatioReporter : public benchmark::ConsoleReporter {
     const double baseline = times_["BM_Baseline_ContainerFind"];
     if (baseline <= 0) return;
     std::printf("\nRatio to BM_Baseline_ContainerFind (same run):\n");
-    for (const auto& [name, time] : times_) std::printf("  %-36s %6.2fx\n", name.c_str(), time / baseline);
+    for (const auto& [name, time] : times_) {
+      const double ratio = time / baseline;
+      const double target = name.find("ByName") != std::string::npos ? 6.0 : 3.0;
+      std::printf("  %-36s %6.2fx  (target <= %.0fx: %s)\n", name.c_str(), ratio, target,
+                  ratio <= target ? "met" : "MISSED");
+    }
   }
 
  private:
