@@ -133,14 +133,36 @@ T Element(const void* data, size_t index = 0) {
   return value;
 }
 
+// Static metadata of a camera; empty when the camera is unknown.
+inline MetaPtr StaticMetaOf(int cameraId) {
+  return StaticMetadataWraper::getInstance()->getStaticMetadata(static_cast<unsigned>(cameraId));
+}
+
+// The request's framework camera id through the virtual interface, so that an
+// override changes every operation built on it; -1 when the request has none.
+inline int FwkCameraIdOf(metadataHelperBase& helper, MetaPtr meta) {
+  int cameraId = -1;
+  helper.GetFwkCameraId(std::move(meta), &cameraId);
+  return cameraId;
+}
+
+// The usual output check: a null output is reported as "arg err".
+inline bool MissingOutput(const void* out, const Site& site, int line, Level level = Level::kError) {
+  if (out != nullptr) return false;
+  Report(level, site, line, kArgErr);
+  return true;
+}
+
 // ---- Skeletons -----------------------------------------------------------
 // The element pointer a read returns points into the container, so whoever
 // uses it keeps its own reference to the container until it is done: hand
 // ReadTag a copy, never the last reference (a caller may pass a temporary).
 // Resolves and reads the tag; on failure logs the descriptor's message and
-// returns the failure, on success stores the element pointer.
+// returns the failure, on success stores the element pointer. The container
+// is taken by reference: the data points into it, so the caller's reference
+// must outlive every use of the data.
 inline int ReadTag(metadataHelperBase& helper, const Site& site, const ReadMessages& messages,
-                   const TagRef& tag, Level level, int lookupLine, int noDataLine, MetaPtr meta,
+                   const TagRef& tag, Level level, int lookupLine, int noDataLine, const MetaPtr& meta,
                    const void** data, uint32_t* count = nullptr) {
   void* found = nullptr;
   const int result = helper.GetMetaData(meta, tag.name, tag.index, tag.number, &found, count);
@@ -156,10 +178,10 @@ inline int ReadTag(metadataHelperBase& helper, const Site& site, const ReadMessa
   return 0;
 }
 
-inline int ReadTag(metadataHelperBase& helper, const Site& site, const ReadOp& op, MetaPtr meta,
+inline int ReadTag(metadataHelperBase& helper, const Site& site, const ReadOp& op, const MetaPtr& meta,
                    const void** data, uint32_t* count = nullptr) {
-  return ReadTag(helper, site, op.messages, op.tag, op.messageLevel, op.lines.lookup, op.lines.noData,
-                 std::move(meta), data, count);
+  return ReadTag(helper, site, op.messages, op.tag, op.messageLevel, op.lines.lookup, op.lines.noData, meta,
+                 data, count);
 }
 
 // Reports a refused argument the way the descriptor says; always -1.
@@ -202,18 +224,14 @@ int ReadConverted(metadataHelperBase& helper, const Site& site, const ReadOp& op
 template <typename Out>
 int ReadStaticCopy(metadataHelperBase& helper, const Site& site, const StaticReadOp& op, MetaPtr meta,
                    Out* out, size_t bytes = sizeof(Out)) {
-  if (out == nullptr) {
-    Report(Level::kError, site, op.lines.arg, kArgErr);
-    return -1;
-  }
+  if (MissingOutput(out, site, op.lines.arg)) return -1;
   int cameraId = -1;
   const int idResult = helper.GetFwkCameraId(std::move(meta), &cameraId);
   if (idResult != 0) {
     Report(op.messageLevel, site, op.lines.camera, kFwkCameraIdFail);
     return idResult;
   }
-  MetaPtr staticMeta =
-      StaticMetadataWraper::getInstance()->getStaticMetadata(static_cast<unsigned>(cameraId));
+  MetaPtr staticMeta = StaticMetaOf(cameraId);
   const void* data = nullptr;
   const int result = ReadTag(helper, site, op.messages, op.tag, op.messageLevel, op.lines.lookup,
                              op.lines.noData, staticMeta, &data);
@@ -224,7 +242,7 @@ int ReadStaticCopy(metadataHelperBase& helper, const Site& site, const StaticRea
 
 // Not supported, form A: only the output pointer is looked at.
 inline int NotSupported(const Site& site, int line, const void* out) {
-  if (out == nullptr) Report(Level::kError, site, line, kArgErr);
+  MissingOutput(out, site, line);
   return -1;
 }
 

@@ -271,19 +271,6 @@ constexpr WriteOp kSetAnchorFrameIndex       {ByName("com.nuvaro.nvvi2.anchorFra
 // clang-format on
 
 // ---- What the special members compute --------------------------------------
-// Static metadata of a camera; empty when the camera is unknown.
-MetaPtr StaticMetaOf(int cameraId) {
-  return StaticMetadataWraper::getInstance()->getStaticMetadata(static_cast<unsigned>(cameraId));
-}
-
-// The request's framework camera id through the virtual interface, so that an
-// override changes every operation built on it; -1 when the request has none.
-int FwkCameraIdOf(metadataHelperBase& helper, MetaPtr meta) {
-  int cameraId = -1;
-  helper.GetFwkCameraId(std::move(meta), &cameraId);
-  return cameraId;
-}
-
 camera_metadata_ro_entry FindByIndex(const NvMetadata& meta, META_TAG_INDEX index) {
   const uint32_t tag = MetaTagWrapper::getInstance()(index);
   return tag == kUndeclaredTag ? camera_metadata_ro_entry{} : meta.find(tag);

@@ -113,17 +113,11 @@ constexpr Site kCropStepSite{__FILE__, kCropStep};
 #define MH_RECT_ARGS(r) (r).left, (r).top, (r).width, (r).height
 
 // ---- Small pieces shared by the hand-written operations -------------------
-bool MissingOutput(const void* out, const Site& site, int line, Level level = Level::kError) {
-  if (out != nullptr) return false;
-  Report(level, site, line, kArgErr);
-  return true;
-}
-
 // The standard check and read, handing back the element data.
 template <typename Out>
-int ReadData(metadataHelperBase& helper, const Site& site, const ReadOp& op, MetaPtr meta, Out* out,
+int ReadData(metadataHelperBase& helper, const Site& site, const ReadOp& op, const MetaPtr& meta, Out* out,
              const void** data) {
-  return ReadWith(helper, site, op, std::move(meta), out, [data](const void* found, Out*) { *data = found; });
+  return ReadWith(helper, site, op, meta, out, [data](const void* found, Out*) { *data = found; });
 }
 
 // A read that reports nothing itself (the core read still does); an entry
@@ -213,11 +207,10 @@ IspGainRecount ReadIspGainRecount(metadataHelperBase& helper, const MetaPtr& met
 }
 
 // A failed read reports; a found entry without data is not a failure here.
-int ReadGammaCurve(metadataHelperBase& helper, const Site& site, const ReadOp& op, MetaPtr meta,
+int ReadGammaCurve(metadataHelperBase& helper, const Site& site, const ReadOp& op, const MetaPtr& meta,
                    const void** curve) {
   void* found = nullptr;
-  const int result =
-      helper.GetMetaData(std::move(meta), op.tag.name, op.tag.index, op.tag.number, &found, nullptr);
+  const int result = helper.GetMetaData(meta, op.tag.name, op.tag.index, op.tag.number, &found, nullptr);
   if (result != 0) Report(op.messageLevel, site, op.lines.lookup, op.messages.lookupFailed);
   *curve = found;
   return result;
@@ -344,8 +337,7 @@ nvholder::ChiRect FitCrop(const nvholder::ChiRect& crop, const nvholder::ChiRect
 // The zoom-EIS rate is a per-camera value: it comes from static metadata.
 ZoomValues ReadZoomValues(metadataHelperBase& helper, const MetaPtr& meta, int32_t cameraId) {
   ZoomValues zoom{0.0f, 0.0f};
-  MetaPtr staticMeta =
-      StaticMetadataWraper::getInstance()->getStaticMetadata(static_cast<unsigned>(cameraId));
+  MetaPtr staticMeta = StaticMetaOf(cameraId);
   if (staticMeta && helper.GetZoomEisEffective(std::move(staticMeta), &zoom.eisEffective) != 0)
     zoom.eisEffective = 0.0f;
   if (helper.GetAndroidZoomRatio(meta, &zoom.ratio) != 0) zoom.ratio = 0.0f;
@@ -501,8 +493,7 @@ int MtkMetadataHelper::GetCropRegion(MetaPtr meta, nvholder::ChiRect* crop, nvho
     MH_LOG(kWarning, 941, "GetMetadata GetActiveArraySize ret = %d err", activeResult);
     return activeResult;
   }
-  CropContext context{-1, sensorSize, isInSensorZoom};
-  GetFwkCameraId(meta, &context.cameraId);
+  const CropContext context{FwkCameraIdOf(*this, meta), sensorSize, isInSensorZoom};
   nvholder::ChiRect region = FitCrop(SensorPolicyCrop(*this, meta, context), active, context);
   int result = 0;
   bool isFromMeta = false;
@@ -640,8 +631,7 @@ int MtkMetadataHelper::GetNuvaroSensorModeType(MetaPtr meta, nvholder::NVSENSORM
   const void* frameResult = nullptr;
   const int result = ReadData(*this, MH_HERE, kSensorModeFrameResult, meta, out, &frameResult);
   if (result != 0) return result;
-  int cameraId = -1;
-  GetFwkCameraId(meta, &cameraId);
+  const int cameraId = FwkCameraIdOf(*this, meta);
   const int32_t mode =
       cameraId == -1 ? 0 : mtk::PlatformSensorMode(static_cast<const int32_t*>(frameResult), cameraId);
   *out = mtk::SensorModeTypeFromPlatformMode(mode);
