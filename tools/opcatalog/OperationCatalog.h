@@ -36,9 +36,44 @@ class ValueSink {
 
 struct CallContext {
   metahelper::MetaPtr request;  // what the operation reads, and setters write
-  metahelper::MetaPtr second;   // destination of two-container operations
-  bool nullOutputs = false;     // pass null for every output pointer
-  ValueSink* sink = nullptr;    // told the value when the call succeeded
+  // Destination of two-container operations (UpdateGainMapMeta,
+  // SetFacesInfoHolder, SetFocusROI). When null, a fresh empty container is
+  // made for the call and dropped after it: pass one to keep what was
+  // written, and to spare that allocation.
+  metahelper::MetaPtr second;
+  // Pass null for every output pointer, and for the pointer inputs of
+  // setters; values passed by value, containers and references stay.
+  bool nullOutputs = false;
+  ValueSink* sink = nullptr;  // told the value when the call succeeded
+
+  // Arguments that some operations take besides the container.
+  // Framework camera asked about by GetCameraRoleId(int, ...) and
+  // GetAndroidLogicalMultiCameraPhysicalIds(int, ...); also the physical id
+  // of GetShiftDataFromHolder and the sensor id of getPass1CropRegion.
+  int cameraId = 0;
+  // GetSkinScore's face index (narrowed to unsigned char) and the index that
+  // SetAnchorFrameIndex writes.
+  int index = 0;
+  long timestamp = 0;  // GetShiftDataFromHolder's frame timestamp
+  // GetCropRegion's sensor output size and in-sensor-zoom flag.
+  nvholder::dimension sensorSize{4000, 3000};
+  bool inSensorZoom = false;
+  // Output image of GetFaceRect (width, height) and GetFocusROI.
+  nvholder::dimension imageSize{1920, 1080};
+  // GetLSC's shading map: it fills width x height x 4 floats. A negative size,
+  // or one above kMaxLensShadingValues values, is refused without a call.
+  nvholder::NULSCMapSize lscMapSize{17, 13};
+};
+
+// Largest shading map output GetLSC is given storage for (64 x 64 points).
+constexpr size_t kMaxLensShadingValues = 64 * 64 * 4;
+
+// What an operation dereferences without testing it first: the catalogue
+// does not call it when the context would break that (the call returns -1).
+enum Needs : uint8_t {
+  kNeedsNothing = 0,
+  kNeedsRequest = 1,  // a non-null request container
+  kNeedsOutput = 2,   // real outputs: refused under nullOutputs
 };
 
 struct Operation {
@@ -50,7 +85,14 @@ struct Operation {
   // 1 or 0). The sink hears the value only when the operation's own
   // convention says it succeeded.
   int (*call)(metahelper::metadataHelperBase& helper, const CallContext& context);
+  // Added: GetBokehCapabilityInfo succeeds with a non-zero result.
+  bool succeedsNonZero;
+  uint8_t needs;  // Needs bits
 };
+
+// Whether `result` is the operation's success under its own convention
+// (a query always produces its answer).
+bool Succeeded(const Operation& operation, int result);
 
 // Every operation, in slot order.
 const Operation* Operations(size_t* count);

@@ -1,0 +1,130 @@
+// A sink that records what it hears as flat "path=value" lines, and
+// containers holding every registered tag.
+#pragma once
+
+#include <MetaTagWrapper.h>
+#include <NvMetadata.h>
+
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "OperationCatalog.h"
+
+namespace cattest {
+
+// Paths join field names and array indices with dots ("faces.0.x0"); the
+// top value has the empty path. Arrays record "path#count", records
+// "path:type".
+class RecordingSink : public opcatalog::ValueSink {
+ public:
+  std::vector<std::string> lines;
+  int events = 0;
+
+  void Integer(const char* name, long long value) override { Add(name, "=" + std::to_string(value)); }
+  void Unsigned(const char* name, unsigned long long value) override {
+    Add(name, "=" + std::to_string(value));
+  }
+  void Real(const char* name, double value) override {
+    std::ostringstream text;
+    text << value;
+    Add(name, "=" + text.str());
+  }
+  void Boolean(const char* name, bool value) override { Add(name, value ? "=true" : "=false"); }
+  void Text(const char* name, const char* text, size_t length) override {
+    std::string shown;
+    for (size_t i = 0; i < length; ++i)
+      shown += text[i] == '\0' ? std::string("\\0") : std::string(1, text[i]);
+    Add(name, "=\"" + shown + "\"");
+  }
+  void BeginArray(const char* name, size_t count) override { Open(name, "#" + std::to_string(count)); }
+  void EndArray() override { Close(); }
+  void BeginRecord(const char* name, const char* type) override { Open(name, std::string(":") + type); }
+  void EndRecord() override { Close(); }
+
+  bool Balanced() const { return open_.empty() && !unbalanced_; }
+  bool Has(const std::string& line) const {
+    for (const std::string& l : lines)
+      if (l == line) return true;
+    return false;
+  }
+
+ private:
+  struct Frame {
+    std::string path;
+    size_t next = 0;
+  };
+  std::string Child(const char* name) {
+    if (open_.empty()) return name != nullptr ? name : "";
+    Frame& parent = open_.back();
+    const std::string key = name != nullptr ? name : std::to_string(parent.next++);
+    return parent.path.empty() ? key : parent.path + "." + key;
+  }
+  void Add(const char* name, const std::string& value) {
+    ++events;
+    lines.push_back(Child(name) + value);
+  }
+  void Open(const char* name, const std::string& mark) {
+    ++events;
+    const std::string path = Child(name);
+    lines.push_back(path + mark);
+    open_.push_back({path});
+  }
+  void Close() {
+    ++events;
+    if (open_.empty())
+      unbalanced_ = true;
+    else
+      open_.pop_back();
+  }
+  std::vector<Frame> open_;
+  bool unbalanced_ = false;
+};
+
+// Every registered tag, with enough elements of value 1 for the largest
+// fixed-size copy any operation makes; the physical-id list holds one id so
+// that its NUL-separated parse ends.
+inline std::shared_ptr<NvMetadata> FullContainer() {
+  auto meta = std::make_shared<NvMetadata>();
+  auto fill = [&meta](uint32_t tag, int type) {
+    static std::vector<uint8_t> bytes(32768, 1);
+    static std::vector<int32_t> ints(8192, 1);
+    static std::vector<float> floats(8192, 1.0f);
+    static std::vector<int64_t> longs(4096, 1);
+    static std::vector<double> doubles(4096, 1.0);
+    static std::vector<camera_metadata_rational> ratios(4096, camera_metadata_rational{1, 1});
+    switch (type) {
+      case TYPE_BYTE:
+        return meta->update(tag, bytes.data(), bytes.size());
+      case TYPE_INT32:
+        return meta->update(tag, ints.data(), ints.size());
+      case TYPE_FLOAT:
+        return meta->update(tag, floats.data(), floats.size());
+      case TYPE_INT64:
+        return meta->update(tag, longs.data(), longs.size());
+      case TYPE_DOUBLE:
+        return meta->update(tag, doubles.data(), doubles.size());
+      default:
+        return meta->update(tag, ratios.data(), ratios.size());
+    }
+  };
+#define CAMERA_METADATA_TAG(constant, number, name, type) fill(number, type);
+#include "system/camera_metadata_tags.def"
+#undef CAMERA_METADATA_TAG
+#define MTK_METADATA_TAG(constant, number, name, type) fill(number, type);
+#include "mtk/mtk_metadata_tags.def"
+#undef MTK_METADATA_TAG
+#define NV_VENDOR_TAG(number, name, type) fill(number, type);
+#include "nv_vendor_tags.def"
+#undef NV_VENDOR_TAG
+  const uint8_t physicalIds[] = {'1', '\0'};
+  meta->update(ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS, physicalIds, sizeof(physicalIds));
+  return meta;
+}
+
+// The camera id every int32 tag of FullContainer names, the framework id
+// included; its static metadata is full as well.
+constexpr int kFullCamera = 1;
+
+}  // namespace cattest
