@@ -1,0 +1,182 @@
+#include "DumpPrinters.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <iomanip>
+#include <utility>
+
+namespace dump {
+namespace {
+
+// Lines of the table are kept to about this many characters.
+constexpr size_t kLineWidth = 128;
+constexpr size_t kMinValueWidth = 48;
+constexpr size_t kMinPartWidth = 16;  // a nested value is never squeezed below this
+constexpr int kSlotWidth = 4;
+constexpr int kResultWidth = 6;
+constexpr const char* kGap = "  ";
+
+std::string Quote(const std::string& text) {
+  std::string quoted = "\"";
+  for (const unsigned char c : text) {
+    if (c == '"' || c == '\\') {
+      quoted += '\\';
+      quoted += static_cast<char>(c);
+    } else if (c < 0x20 || c >= 0x7F) {
+      char escape[8];
+      std::snprintf(escape, sizeof escape, "\\x%02X", c);
+      quoted += escape;
+    } else {
+      quoted += static_cast<char>(c);
+    }
+  }
+  return quoted + "\"";
+}
+
+// The value on one line, however long.
+std::string Flat(const Value& value) {
+  switch (value.type()) {
+    case Value::value_t::boolean:
+      return value.get<bool>() ? "true" : "false";
+    case Value::value_t::number_integer:
+      return std::to_string(value.get<long long>());
+    case Value::value_t::number_unsigned:
+      return std::to_string(value.get<unsigned long long>());
+    case Value::value_t::number_float:
+      return RealText(value.get<double>());
+    case Value::value_t::string:
+      return Quote(value.get_ref<const std::string&>());
+    case Value::value_t::array: {
+      std::string text;
+      for (const Value& element : value) text += (text.empty() ? "" : " ") + Flat(element);
+      return "[" + text + "]";
+    }
+    case Value::value_t::object: {
+      std::string text;
+      for (const auto& field : value.items())
+        text += (text.empty() ? "" : " ") + field.key() + "=" + Flat(field.value());
+      return "{" + text + "}";
+    }
+    default:
+      return "-";
+  }
+}
+
+using Item = std::vector<std::string>;  // one element or field, laid out
+
+Item Layout(const Value& value, size_t width, bool nested);
+
+size_t Narrower(size_t width, size_t by) { return width > by + kMinPartWidth ? width - by : kMinPartWidth; }
+
+// Items between `open` and `close`, several to a line when `pack` (one a
+// line otherwise), continuation lines indented past `open`. An item of
+// several lines starts a line and ends its last one.
+Item Join(const std::vector<Item>& items, size_t width, const std::string& open, const std::string& close,
+          bool pack) {
+  const std::string indent(open.size(), ' ');
+  Item lines;
+  std::string line = open;
+  bool lineHasItems = false;
+  bool lineClosed = false;
+  for (const Item& item : items) {
+    const bool fits = pack && !lineClosed && item.size() == 1 && line.size() + 1 + item[0].size() <= width;
+    if (lineHasItems) {
+      if (fits)
+        line += ' ';
+      else
+        lines.push_back(std::exchange(line, indent));
+    }
+    line += item[0];
+    for (size_t i = 1; i < item.size(); ++i) lines.push_back(std::exchange(line, indent + item[i]));
+    lineHasItems = true;
+    lineClosed = item.size() > 1;
+  }
+  lines.push_back(line + close);
+  return lines;
+}
+
+// A field's lines continue under its value, past "name=".
+Item Field(const std::string& name, const Value& value, size_t width) {
+  const std::string label = name + "=";
+  Item lines = Layout(value, Narrower(width, label.size()), true);
+  lines[0] = label + lines[0];
+  for (size_t i = 1; i < lines.size(); ++i) lines[i] = std::string(label.size(), ' ') + lines[i];
+  return lines;
+}
+
+// A value that does not fit on one line: arrays and records nested in
+// others are packed in their brackets; the operation's own record shows one
+// field a line.
+Item Layout(const Value& value, size_t width, bool nested) {
+  std::string flat = Flat(value);
+  if (flat.size() <= width || !value.is_structured() || value.empty()) return {std::move(flat)};
+  std::vector<Item> items;
+  if (value.is_array()) {
+    for (const Value& element : value) items.push_back(Layout(element, Narrower(width, 1), true));
+    return Join(items, width, "[", "]", true);
+  }
+  const size_t inner = nested ? Narrower(width, 1) : width;
+  for (const auto& field : value.items()) items.push_back(Field(field.key(), field.value(), inner));
+  return nested ? Join(items, width, "{", "}", true) : Join(items, width, "", "", false);
+}
+
+std::string LogText(const LogLine& line) {
+  return std::string(1, line.level) + " " + line.file + ":" + std::to_string(line.line) + " " +
+         line.function + "() " + line.text;
+}
+
+size_t OperationWidth(const std::vector<OperationRun>& runs) {
+  size_t width = std::string("operation").size();
+  for (const OperationRun& run : runs) width = std::max(width, run.operation.size());
+  return width;
+}
+
+Value LogValue(const std::vector<LogLine>& lines) {
+  Value log = Value::array();
+  for (const LogLine& line : lines) {
+    log.push_back({{"level", std::string(1, line.level)},
+                   {"file", line.file},
+                   {"line", line.line},
+                   {"function", line.function},
+                   {"text", line.text}});
+  }
+  return log;
+}
+
+}  // namespace
+
+void PrintTable(const std::vector<OperationRun>& runs, bool withLog, std::ostream& out) {
+  const size_t nameWidth = OperationWidth(runs);
+  const size_t valueColumn = kSlotWidth + nameWidth + kResultWidth + 3 * 2;
+  const size_t valueWidth = std::max(kMinValueWidth, kLineWidth - std::min(kLineWidth, valueColumn));
+  const std::string valueIndent(valueColumn, ' ');
+  const std::string logIndent(kSlotWidth + 2, ' ');
+  out << std::left;
+  out << std::setw(kSlotWidth) << "slot" << kGap << std::setw(nameWidth) << "operation" << kGap << std::right
+      << std::setw(kResultWidth) << "result" << kGap << "value\n";
+  for (const OperationRun& run : runs) {
+    const Item lines = Layout(run.value, valueWidth, false);
+    out << std::right << std::setw(kSlotWidth) << run.slot << kGap << std::left << std::setw(nameWidth)
+        << run.operation << kGap << std::right << std::setw(kResultWidth) << run.result << kGap << lines[0]
+        << '\n';
+    for (size_t i = 1; i < lines.size(); ++i) out << valueIndent << lines[i] << '\n';
+    if (!withLog) continue;
+    for (const LogLine& line : run.log) out << logIndent << LogText(line) << '\n';
+  }
+}
+
+void PrintJson(const std::vector<OperationRun>& runs, bool withLog, std::ostream& out) {
+  out << '[';
+  for (size_t i = 0; i < runs.size(); ++i) {
+    const OperationRun& run = runs[i];
+    Value object = {
+        {"slot", run.slot}, {"operation", run.operation}, {"result", run.result}, {"value", run.value}};
+    if (withLog) object["log"] = LogValue(run.log);
+    // Text values are bytes from the capture: replace what is not UTF-8
+    // rather than fail the whole dump.
+    out << (i == 0 ? "\n" : ",\n") << object.dump(-1, ' ', false, Value::error_handler_t::replace);
+  }
+  out << (runs.empty() ? "]\n" : "\n]\n");
+}
+
+}  // namespace dump
