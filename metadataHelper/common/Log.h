@@ -36,10 +36,18 @@ inline constexpr LevelTraits kLevelTraits[] = {
     {2, ANDROID_LOG_DEBUG, 'D', "V", true},
 };
 
-inline const LevelTraits& TraitsOf(Level level) { return kLevelTraits[static_cast<int>(level)]; }
+// Everything a disabled message runs is forced inline: with the level and
+// group known at the call, the gates fold into compares of the settings, and
+// the message's site and format are only built on the path that prints.
+#define MH_ALWAYS_INLINE __attribute__((always_inline)) inline
+
+MH_ALWAYS_INLINE const LevelTraits& TraitsOf(Level level) { return kLevelTraits[static_cast<int>(level)]; }
 
 // A printf format, and the same format with the online prefix joined in front
 // of it at build time. Built only through MH_FORMAT so the two never drift.
+// Both this and Site live in static storage at every use (MH_HERE, MH_LOG):
+// passing them costs one address, and nothing is built on the stack of a
+// call that prints nothing.
 struct Format {
   const char* text;
   const char* online;
@@ -51,19 +59,19 @@ struct Site {
   const char* function;
 };
 
-inline bool OnlineEnabled(Level level, uint32_t group) {
+MH_ALWAYS_INLINE bool OnlineEnabled(Level level, uint32_t group) {
   return gNvCamLogLevel <= TraitsOf(level).threshold && (gNvCamLogGroup & 0xFFu & group) != 0;
 }
 
-inline bool OfflineEnabled(Level level, uint32_t group) {
+MH_ALWAYS_INLINE bool OfflineEnabled(Level level, uint32_t group) {
   const LevelTraits& traits = TraitsOf(level);
   return gNvCamOfflineLogLevel <= traits.threshold && (gNvCamOfflineLogGroup & 0xFFu & group) != 0 &&
          (!traits.needsDebugMask || gNvCamDebugMask != 0);
 }
 
 template <typename... Args>
-__attribute__((noinline)) void EmitOnline(Level level, uint32_t group, const Site& site, int line,
-                                          const Format& format, Args... args) {
+__attribute__((noinline, cold)) void EmitOnline(Level level, uint32_t group, const Site& site, int line,
+                                                const Format& format, Args... args) {
   const LevelTraits& traits = TraitsOf(level);
   const char* file = nvdebug::Log::getFileName(site.file);
   if (nvdebug::Log::secureLog(group, file, line, site.function, traits.hookLetter, format.text, args...) != 0)
@@ -74,8 +82,8 @@ __attribute__((noinline)) void EmitOnline(Level level, uint32_t group, const Sit
 }
 
 template <typename... Args>
-__attribute__((noinline)) void EmitOffline(Level level, uint32_t group, const Site& site, int line,
-                                           const Format& format, Args... args) {
+__attribute__((noinline, cold)) void EmitOffline(Level level, uint32_t group, const Site& site, int line,
+                                                 const Format& format, Args... args) {
   nvdebug::Log::logSystem(group, TraitsOf(level).offlineLetter, nvdebug::Log::getFileName(site.file),
                           site.function, line, format.text, args...);
 }
@@ -84,10 +92,12 @@ __attribute__((noinline)) void EmitOffline(Level level, uint32_t group, const Si
 // the settings; the settings are read again for the offline step because they
 // may change in between.
 template <typename... Args>
-inline void Emit(Level level, uint32_t group, const Site& site, int line, const Format& format,
-                 Args... args) {
-  if (OnlineEnabled(level, group)) EmitOnline(level, group, site, line, format, args...);
-  if (OfflineEnabled(level, group)) EmitOffline(level, group, site, line, format, args...);
+MH_ALWAYS_INLINE void Emit(Level level, uint32_t group, const Site& site, int line, const Format& format,
+                           Args... args) {
+  if (__builtin_expect(OnlineEnabled(level, group), false))
+    EmitOnline(level, group, site, line, format, args...);
+  if (__builtin_expect(OfflineEnabled(level, group), false))
+    EmitOffline(level, group, site, line, format, args...);
 }
 
 // Never called: lets the compiler check a literal format against its arguments.
@@ -100,8 +110,12 @@ __attribute__((format(printf, 1, 2))) inline void CheckFormat(const char*, ...) 
   ::metahelper::logging::Format { literal, MH_ONLINE_PREFIX literal }
 // Most messages are emitted inside a pair of double-quote characters.
 #define MH_QUOTED(text) "\"" text "\""
-#define MH_HERE \
-  ::metahelper::logging::Site { __FILE__, __func__ }
+// The calling function's site as a constant in static storage.
+#define MH_HERE                                                               \
+  (*({                                                                        \
+    static constexpr ::metahelper::logging::Site kMhHere{__FILE__, __func__}; \
+    &kMhHere;                                                                 \
+  }))
 
 // MH_LOG(kError, 13, MH_QUOTED("pArg is null"));
 // MH_LOG(kInfo, 200, "value %d", value);
@@ -111,10 +125,11 @@ __attribute__((format(printf, 1, 2))) inline void CheckFormat(const char*, ...) 
 #define MH_LOG_GROUP(group, level, line, fmt, ...) MH_LOG_AS(group, __func__, level, line, fmt, ##__VA_ARGS__)
 
 // For messages that must carry a function name other than the caller's.
-#define MH_LOG_AS(group, function, level, line, fmt, ...)                                              \
-  do {                                                                                                 \
-    if (false) ::metahelper::logging::CheckFormat(fmt, ##__VA_ARGS__);                                 \
-    ::metahelper::logging::Emit(::metahelper::logging::Level::level, group,                            \
-                                ::metahelper::logging::Site{__FILE__, function}, line, MH_FORMAT(fmt), \
-                                ##__VA_ARGS__);                                                        \
+#define MH_LOG_AS(group, function, level, line, fmt, ...)                                             \
+  do {                                                                                                \
+    if (false) ::metahelper::logging::CheckFormat(fmt, ##__VA_ARGS__);                                \
+    static constexpr ::metahelper::logging::Site kMhSite{__FILE__, function};                         \
+    static constexpr ::metahelper::logging::Format kMhFormat = MH_FORMAT(fmt);                        \
+    ::metahelper::logging::Emit(::metahelper::logging::Level::level, group, kMhSite, line, kMhFormat, \
+                                ##__VA_ARGS__);                                                       \
   } while (0)

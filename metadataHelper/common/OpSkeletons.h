@@ -121,7 +121,7 @@ struct WriteOp {
 };
 
 // ---- Small utilities -----------------------------------------------------
-inline void Report(Level level, const Site& site, int line, const Format& format) {
+MH_ALWAYS_INLINE void Report(Level level, const Site& site, int line, const Format& format) {
   logging::Emit(level, logging::kHelperGroup, site, line, format);
 }
 
@@ -147,7 +147,8 @@ inline int FwkCameraIdOf(metadataHelperBase& helper, MetaPtr meta) {
 }
 
 // The usual output check: a null output is reported as "arg err".
-inline bool MissingOutput(const void* out, const Site& site, int line, Level level = Level::kError) {
+MH_ALWAYS_INLINE bool MissingOutput(const void* out, const Site& site, int line,
+                                    Level level = Level::kError) {
   if (out != nullptr) return false;
   Report(level, site, line, kArgErr);
   return true;
@@ -161,9 +162,9 @@ inline bool MissingOutput(const void* out, const Site& site, int line, Level lev
 // returns the failure, on success stores the element pointer. The container
 // is taken by reference: the data points into it, so the caller's reference
 // must outlive every use of the data.
-inline int ReadTag(metadataHelperBase& helper, const Site& site, const ReadMessages& messages,
-                   const TagRef& tag, Level level, int lookupLine, int noDataLine, const MetaPtr& meta,
-                   const void** data, uint32_t* count = nullptr) {
+MH_ALWAYS_INLINE int ReadTag(metadataHelperBase& helper, const Site& site, const ReadMessages& messages,
+                             const TagRef& tag, Level level, int lookupLine, int noDataLine,
+                             const MetaPtr& meta, const void** data, uint32_t* count = nullptr) {
   void* found = nullptr;
   const int result = helper.GetMetaData(meta, tag.name, tag.index, tag.number, &found, count);
   if (result != 0) {
@@ -178,8 +179,8 @@ inline int ReadTag(metadataHelperBase& helper, const Site& site, const ReadMessa
   return 0;
 }
 
-inline int ReadTag(metadataHelperBase& helper, const Site& site, const ReadOp& op, const MetaPtr& meta,
-                   const void** data, uint32_t* count = nullptr) {
+MH_ALWAYS_INLINE int ReadTag(metadataHelperBase& helper, const Site& site, const ReadOp& op,
+                             const MetaPtr& meta, const void** data, uint32_t* count = nullptr) {
   return ReadTag(helper, site, op.messages, op.tag, op.messageLevel, op.lines.lookup, op.lines.noData, meta,
                  data, count);
 }
@@ -191,9 +192,12 @@ inline int RefuseArgument(const Site& site, const ReadOp& op) {
 }
 
 // The standard read: check the arguments, read, hand the data to `store`.
+// The operation's own by-value parameter keeps the container alive for the
+// whole call, so the skeletons borrow it: moving it in would only add a
+// release on the path of every read.
 template <typename Out, typename Store>
-int ReadWith(metadataHelperBase& helper, const Site& site, const ReadOp& op, MetaPtr meta, Out* out,
-             Store store) {
+MH_ALWAYS_INLINE int ReadWith(metadataHelperBase& helper, const Site& site, const ReadOp& op,
+                              const MetaPtr& meta, Out* out, Store store) {
   if (out == nullptr || (op.argCheck.needsContainer && !meta)) return RefuseArgument(site, op);
   const void* data = nullptr;
   const int result = ReadTag(helper, site, op, meta, &data);
@@ -204,17 +208,17 @@ int ReadWith(metadataHelperBase& helper, const Site& site, const ReadOp& op, Met
 
 // Copies `bytes` (by default one Out) from the tag's data as it stands.
 template <typename Out>
-int ReadCopy(metadataHelperBase& helper, const Site& site, const ReadOp& op, MetaPtr meta, Out* out,
-             size_t bytes = sizeof(Out)) {
-  return ReadWith(helper, site, op, std::move(meta), out,
+MH_ALWAYS_INLINE int ReadCopy(metadataHelperBase& helper, const Site& site, const ReadOp& op,
+                              const MetaPtr& meta, Out* out, size_t bytes = sizeof(Out)) {
+  return ReadWith(helper, site, op, meta, out,
                   [bytes](const void* data, Out* target) { std::memcpy(target, data, bytes); });
 }
 
 // Converts the first element, read as Element, into the output.
 template <typename Element_, typename Out, typename Convert>
-int ReadConverted(metadataHelperBase& helper, const Site& site, const ReadOp& op, MetaPtr meta, Out* out,
-                  Convert convert) {
-  return ReadWith(helper, site, op, std::move(meta), out,
+MH_ALWAYS_INLINE int ReadConverted(metadataHelperBase& helper, const Site& site, const ReadOp& op,
+                                   const MetaPtr& meta, Out* out, Convert convert) {
+  return ReadWith(helper, site, op, meta, out,
                   [&convert](const void* data, Out* target) { *target = convert(Element<Element_>(data)); });
 }
 

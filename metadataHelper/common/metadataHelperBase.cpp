@@ -34,27 +34,32 @@ metadataHelperBase::~metadataHelperBase() = default;
 
 // ---- Core read -----------------------------------------------------------
 // A stale non-null *data from the caller suppresses the final message; the
-// result is still the lookup's.
+// result is still the lookup's. The missing-tag check sits in the last branch
+// of the tag forms, where it gives the same result as checking it first,
+// without a test on the path of every read.
 int metadataHelperBase::GetMetaData(MetaPtr meta, const char* tagName, META_TAG_INDEX index, uint32_t tag,
                                     void** data, uint32_t* count) {
   if (!meta) {
     MH_LOG(kError, 13, MH_QUOTED("pArg is null"));
     return -1;
   }
-  if (index == META_NO_INDEX && tagName == nullptr && tag == 0) {
-    MH_LOG(kError, 16, MH_QUOTED("pArg is null"));
-    return -1;
-  }
-  int result = -1;
+  camera_metadata_ro_entry entry;
+  entry.count = 0;  // absent unless found
   if (index != META_NO_INDEX) {
     const uint32_t resolved = MetaTagWrapper::getInstance()(index);
     if (resolved == kUndeclaredTag)
       MH_LOG(kError, 23, "metadata not declared, tagindex %d", static_cast<int>(index));
     else
-      result = TakeEntry(meta->find(resolved), data, count);
+      entry = meta->find(resolved);
+  } else if (tagName != nullptr) {
+    entry = meta->find(tagName);
+  } else if (tag != 0) {
+    entry = meta->find(tag);
   } else {
-    result = TakeEntry(tagName != nullptr ? meta->find(tagName) : meta->find(tag), data, count);
+    MH_LOG(kError, 16, MH_QUOTED("pArg is null"));
+    return -1;
   }
+  const int result = TakeEntry(entry, data, count);
   if (*data != nullptr) return result;
   MH_LOG(kVerbose, 36, MH_QUOTED("GetMetadata err"));
   return -1;
@@ -280,13 +285,22 @@ void AppendInts(const camera_metadata_ro_entry& entry, std::vector<int>& values)
   values.insert(values.end(), entry.data.i32, entry.data.i32 + entry.count);
 }
 
+// One id, parsed from a terminated copy: the entry itself may end at the end
+// of the data without a NUL, where atoi would read on past it.
+int ParsePhysicalId(const char* text, size_t length) {
+  char digits[32] = {};
+  std::memcpy(digits, text, std::min(length, sizeof digits - 1));
+  return std::atoi(digits);
+}
+
 // The ids are decimal strings, each closed by a NUL, back to back; a
 // non-numeric entry reads as 0. A last entry without its NUL still ends the
 // walk at the end of the data.
 void AppendPhysicalIds(const char* text, size_t remaining, std::vector<int>& ids) {
   while (remaining != 0) {
-    const size_t step = std::min(strnlen(text, remaining) + 1, remaining);
-    ids.push_back(std::atoi(text));
+    const size_t length = strnlen(text, remaining);
+    ids.push_back(ParsePhysicalId(text, length));
+    const size_t step = std::min(length + 1, remaining);
     text += step;
     remaining -= step;
   }
@@ -317,13 +331,14 @@ size_t LensShadingBytes(nvholder::NULSCMapSize size) {
 }
 
 // Android regions are (xmin, ymin, xmax, ymax, weight) with inclusive bounds.
+// The extents are formed in unsigned arithmetic: inverted or extreme bounds
+// wrap as they do on the device instead of overflowing.
 void StoreAfRegion(const void* data, nvholder::ChiRect* rect) {
-  const int32_t xMin = Element<int32_t>(data, 0);
-  const int32_t yMin = Element<int32_t>(data, 1);
-  const int32_t xMax = Element<int32_t>(data, 2);
-  const int32_t yMax = Element<int32_t>(data, 3);
-  *rect = {static_cast<uint32_t>(xMin), static_cast<uint32_t>(yMin), static_cast<uint32_t>(xMax - xMin + 1),
-           static_cast<uint32_t>(yMax - yMin + 1)};
+  const auto xMin = Element<uint32_t>(data, 0);
+  const auto yMin = Element<uint32_t>(data, 1);
+  const auto xMax = Element<uint32_t>(data, 2);
+  const auto yMax = Element<uint32_t>(data, 3);
+  *rect = {xMin, yMin, xMax - xMin + 1, yMax - yMin + 1};
 }
 
 // Row-major 3 x 3 rationals. A zero denominator is repaired to 1 in the

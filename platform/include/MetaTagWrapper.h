@@ -30,7 +30,9 @@ class METATAGWRAPPER_EXPORT MetaTagWrapper {
  public:
   static constexpr uint32_t kUndeclared = 0xFFFFFFFFu;
 
-  static MetaTagWrapper& getInstance();
+  // The one wrapper, built when this library is loaded: resolving an index is
+  // an address load and an array read, with no call and no guard.
+  static MetaTagWrapper& getInstance() { return sInstance; }
 
   // Tag number of the index, or kUndeclared when the index is not declared on
   // this platform (META_NO_INDEX and values outside the table never are).
@@ -53,6 +55,11 @@ class METATAGWRAPPER_EXPORT MetaTagWrapper {
 
   MetaTagWrapper();
 
+  static MetaTagWrapper sInstance;
+
+  // Relaxed atomics compile to plain loads and stores on every target; they
+  // only make setTag and resetTags from a test thread well-defined while
+  // other threads resolve indices.
   std::atomic<uint32_t> mTags[kSlots];
 };
 

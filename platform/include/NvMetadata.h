@@ -19,13 +19,15 @@ class NVMETADATA_EXPORT NvMetadata {
   NvMetadata() = default;
   NvMetadata(const NvMetadata&) = default;
   NvMetadata& operator=(const NvMetadata&) = default;
-  NvMetadata(NvMetadata&&) noexcept = default;
-  NvMetadata& operator=(NvMetadata&&) noexcept = default;
+  NvMetadata(NvMetadata&& other) noexcept;
+  NvMetadata& operator=(NvMetadata&& other) noexcept;
   ~NvMetadata() = default;
 
   // Entry of the tag; count 0 and null data when the tag is absent, unknown or
-  // stored with no elements. The data stays valid until the tag is next
-  // updated or erased, or the container is destroyed.
+  // stored with no elements. The data is 8-byte aligned, zero-padded to whole
+  // 8-byte words, and stays valid until the tag is next updated or erased, or
+  // the container is destroyed (other tags coming and going do not move it).
+  // Neither lookup allocates; the number lookup takes constant time.
   camera_metadata_ro_entry find(const char* name) const;
   camera_metadata_ro_entry find(unsigned int tag) const;
 
@@ -51,24 +53,40 @@ class NVMETADATA_EXPORT NvMetadata {
 
   // 0 when an entry was removed, non-zero when the tag had none.
   int erase(unsigned int tag);
-  size_t entryCount() const;
-  bool isEmpty() const { return mEntries.empty(); }
-  void clear() { mEntries.clear(); }
+  size_t entryCount() const { return mEntryCount; }
+  bool isEmpty() const { return mEntryCount == 0; }
+  void clear();
 
  private:
+  // Marks a free slot; the tag registry never hands out this number.
+  static constexpr uint32_t kFreeTag = 0xFFFFFFFFu;
+
   struct Entry {
-    uint32_t tag;
-    uint8_t type;
-    size_t count;
+    uint32_t tag = kFreeTag;
+    uint8_t type = 0;
+    size_t count = 0;
     // Whole 8-byte words: aligned for every element type, zero-padded past
     // the last element, and writable by callers that repair values in place.
+    // Their own heap block, so moving the entry between slots never moves them.
     std::vector<uint64_t> words;
   };
 
-  int store(unsigned int tag, uint8_t type, const void* data, unsigned long count);
-  const Entry* lookup(uint32_t tag) const;
+  static constexpr size_t kNoSlot = ~size_t{0};
 
-  std::vector<Entry> mEntries;  // sorted by tag
+  int store(unsigned int tag, uint8_t type, const void* data, unsigned long count);
+  size_t slotOf(uint32_t tag) const;
+  size_t homeSlot(uint32_t tag) const;
+  size_t freeSlotFor(uint32_t tag) const;
+  void reserveOneMore();
+  void removeSlot(size_t hole);
+
+  // Open addressing with linear probing: a power-of-two number of slots, at
+  // most half of them used, so a probe always ends at a free slot and a
+  // lookup rarely looks past its first.
+  std::vector<Entry> mSlots;
+  size_t mEntryCount = 0;
+  size_t mMask = 0;     // slot count - 1
+  unsigned mShift = 0;  // 32 - log2(slot count): the hash keeps its top bits
 };
 
 #endif  // NVMETADATA_H

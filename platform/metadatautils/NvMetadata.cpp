@@ -2,13 +2,14 @@
 
 #include <string.h>
 
-#include <algorithm>
+#include <utility>
 
 #include "TagRegistry.h"
 
 namespace {
 
 constexpr int kFailure = -1;
+constexpr size_t kInitialSlots = 16;
 
 template <typename T>
 struct ElementType;
@@ -49,20 +50,36 @@ camera_metadata_ro_entry absentEntry(uint32_t tag) {
 
 }  // namespace
 
+// The count and the table's shape travel with the table, so the container
+// moved from is left empty and usable, never with a count but no slots.
+NvMetadata::NvMetadata(NvMetadata&& other) noexcept { *this = std::move(other); }
+
+NvMetadata& NvMetadata::operator=(NvMetadata&& other) noexcept {
+  if (this != &other) {
+    mSlots = std::move(other.mSlots);
+    mEntryCount = std::exchange(other.mEntryCount, 0);
+    mMask = std::exchange(other.mMask, 0);
+    mShift = std::exchange(other.mShift, 0);
+    other.mSlots.clear();
+  }
+  return *this;
+}
+
 camera_metadata_ro_entry NvMetadata::find(const char* name) const {
   const nvmetadata::TagInfo* info = nvmetadata::findTagByName(name);
   return info != nullptr ? find(info->tag) : absentEntry(0);
 }
 
 camera_metadata_ro_entry NvMetadata::find(unsigned int tag) const {
-  const Entry* entry = lookup(tag);
-  if (entry == nullptr || entry->count == 0) return absentEntry(tag);
-  camera_metadata_ro_entry result{};
-  result.index = static_cast<size_t>(entry - mEntries.data());
-  result.tag = entry->tag;
-  result.type = entry->type;
-  result.count = entry->count;
-  result.data.u8 = reinterpret_cast<const uint8_t*>(entry->words.data());
+  const size_t slot = slotOf(tag);
+  if (slot == kNoSlot || mSlots[slot].count == 0) return absentEntry(tag);  // a free slot has no count
+  const Entry& entry = mSlots[slot];
+  camera_metadata_ro_entry result;
+  result.index = slot;
+  result.tag = entry.tag;
+  result.type = entry.type;
+  result.count = entry.count;
+  result.data.u8 = reinterpret_cast<const uint8_t*>(entry.words.data());
   return result;
 }
 
@@ -113,13 +130,19 @@ int NvMetadata::update(unsigned int tag, const void* data, unsigned long count) 
 }
 
 int NvMetadata::erase(unsigned int tag) {
-  const Entry* entry = lookup(tag);
-  if (entry == nullptr) return kFailure;
-  mEntries.erase(mEntries.begin() + (entry - mEntries.data()));
+  const size_t slot = tag != kFreeTag ? slotOf(tag) : kNoSlot;
+  if (slot == kNoSlot) return kFailure;
+  removeSlot(slot);
+  --mEntryCount;
   return 0;
 }
 
-size_t NvMetadata::entryCount() const { return mEntries.size(); }
+void NvMetadata::clear() {
+  mSlots.clear();
+  mEntryCount = 0;
+  mMask = 0;
+  mShift = 0;
+}
 
 int NvMetadata::store(unsigned int tag, uint8_t type, const void* data, unsigned long count) {
   if (getTagType(tag) != type) return kFailure;  // also covers unknown tags
@@ -127,22 +150,70 @@ int NvMetadata::store(unsigned int tag, uint8_t type, const void* data, unsigned
   const size_t elementSize = kElementSize[type];
   if (count > (SIZE_MAX - sizeof(uint64_t)) / elementSize) return kFailure;
 
+  // Copied before the old entry goes: `data` may point into it.
   const size_t bytes = count * elementSize;
-  Entry fresh{tag, type, count, std::vector<uint64_t>((bytes + sizeof(uint64_t) - 1) / sizeof(uint64_t))};
-  if (bytes != 0) memcpy(fresh.words.data(), data, bytes);
+  std::vector<uint64_t> words((bytes + sizeof(uint64_t) - 1) / sizeof(uint64_t));
+  if (bytes != 0) memcpy(words.data(), data, bytes);
 
-  auto at = std::lower_bound(mEntries.begin(), mEntries.end(), tag,
-                             [](const Entry& e, uint32_t t) { return e.tag < t; });
-  if (at != mEntries.end() && at->tag == tag) {
-    *at = std::move(fresh);
-  } else {
-    mEntries.insert(at, std::move(fresh));
+  size_t slot = slotOf(tag);
+  if (slot == kNoSlot) {
+    reserveOneMore();
+    slot = freeSlotFor(tag);
+    mSlots[slot].tag = tag;
+    ++mEntryCount;
   }
+  Entry& entry = mSlots[slot];
+  entry.type = type;
+  entry.count = count;
+  entry.words = std::move(words);
   return 0;
 }
 
-const NvMetadata::Entry* NvMetadata::lookup(uint32_t tag) const {
-  auto at = std::lower_bound(mEntries.begin(), mEntries.end(), tag,
-                             [](const Entry& e, uint32_t t) { return e.tag < t; });
-  return at != mEntries.end() && at->tag == tag ? &*at : nullptr;
+// Fibonacci hashing: tags differ mostly in their low bits (the index within a
+// section), and the multiplication spreads those into the top bits kept here.
+size_t NvMetadata::homeSlot(uint32_t tag) const { return (tag * 0x9E3779B1u) >> mShift; }
+
+// The slot holding the tag, or kNoSlot. A match is tested first, as most
+// lookups are hits; a search for kFreeTag itself stops at a free slot, which
+// callers see as an entry without elements.
+size_t NvMetadata::slotOf(uint32_t tag) const {
+  if (mEntryCount == 0) return kNoSlot;
+  for (size_t slot = homeSlot(tag);; slot = (slot + 1) & mMask) {
+    const uint32_t held = mSlots[slot].tag;
+    if (held == tag) return slot;
+    if (held == kFreeTag) return kNoSlot;
+  }
+}
+
+size_t NvMetadata::freeSlotFor(uint32_t tag) const {
+  size_t slot = homeSlot(tag);
+  while (mSlots[slot].tag != kFreeTag) slot = (slot + 1) & mMask;
+  return slot;
+}
+
+// Doubles the table before it would pass half full; entries move between
+// slots, their element words stay where they are.
+void NvMetadata::reserveOneMore() {
+  if ((mEntryCount + 1) * 2 <= mSlots.size()) return;
+  std::vector<Entry> old = std::move(mSlots);
+  const size_t size = old.empty() ? kInitialSlots : old.size() * 2;
+  mSlots = std::vector<Entry>(size);
+  mMask = size - 1;
+  mShift = 32 - static_cast<unsigned>(__builtin_ctzll(size));
+  for (Entry& entry : old) {
+    if (entry.tag != kFreeTag) mSlots[freeSlotFor(entry.tag)] = std::move(entry);
+  }
+}
+
+// Backward-shift deletion: later entries of the same probe run move up into
+// the hole, so lookups never need tombstones and stay as short as before.
+void NvMetadata::removeSlot(size_t hole) {
+  for (size_t next = (hole + 1) & mMask; mSlots[next].tag != kFreeTag; next = (next + 1) & mMask) {
+    // The entry may fill the hole when the hole lies on its probe path.
+    if (((next - homeSlot(mSlots[next].tag)) & mMask) >= ((next - hole) & mMask)) {
+      mSlots[hole] = std::move(mSlots[next]);
+      hole = next;
+    }
+  }
+  mSlots[hole] = Entry{};
 }

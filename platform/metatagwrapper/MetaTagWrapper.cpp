@@ -28,10 +28,9 @@ static_assert(indicesDistinctAndInRange(),
 
 }  // namespace
 
-MetaTagWrapper& MetaTagWrapper::getInstance() {
-  static MetaTagWrapper instance;
-  return instance;
-}
+// Constructed when the library is loaded, before any library or program that
+// links it starts running; the tag registry it reads needs no construction.
+MetaTagWrapper MetaTagWrapper::sInstance;
 
 MetaTagWrapper::MetaTagWrapper() { resetTags(); }
 

@@ -2,11 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <string>
 #include <tuple>
 #include <utility>
 
 #include "MetaTagWrapper.h"
 #include "NvMetadata.h"
+#include "RegisteredTags.h"
 #include "mtk/mtk_metadata_tag.h"
 
 namespace {
@@ -48,6 +50,36 @@ TEST(TagRegistry, NamesResolveToNumberTypeAndBack) {
   for (uint32_t number : {0x0u, 0x3u, 0xE0003u, 0x80060002u, 0xA000FFFFu, 0xFFFFFFFFu})
     EXPECT_TRUE(NvMetadata::getTagType(number) == -1 && !NvMetadata::getTagName(number))
         << std::hex << number;
+}
+
+TEST(TagRegistry, EveryRegisteredTagResolvesBothWays) {
+  for (const nvmetadata::TagInfo& info : nvmetadata::kRegisteredTags) {
+    unsigned int found = 0;
+    EXPECT_TRUE(NvMetadata::getTagFromName(info.name, &found) == 0 && found == info.tag) << info.name;
+    EXPECT_STREQ(info.name, NvMetadata::getTagName(info.tag));
+  }
+}
+
+// The name lookup hashes only part of a name, so names that differ anywhere
+// else must still be told apart by the full compare.
+TEST(TagRegistry, NamesOneEditAwayFromARegisteredNameAreNotIt) {
+  using Edit = std::string (*)(std::string);
+  const std::pair<const char*, Edit> kEdits[] = {
+      {"first character changed", [](std::string s) { return s.replace(0, 1, "#"); }},
+      {"middle character changed", [](std::string s) { return s.replace(s.size() / 2, 1, "#"); }},
+      {"last character changed", [](std::string s) { return s.replace(s.size() - 1, 1, "#"); }},
+      {"last character dropped", [](std::string s) { return s.substr(0, s.size() - 1); }},
+      {"character appended", [](std::string s) { return s + "x"; }},
+      {"first character dropped", [](std::string s) { return s.substr(1); }},
+  };
+  for (const auto& [what, edit] : kEdits) {
+    for (const nvmetadata::TagInfo& info : nvmetadata::kRegisteredTags) {
+      const std::string edited = edit(info.name);
+      unsigned int found = 0;
+      if (NvMetadata::getTagFromName(edited.c_str(), &found) != 0) continue;
+      EXPECT_STREQ(edited.c_str(), NvMetadata::getTagName(found)) << what << ": " << info.name;
+    }
+  }
 }
 
 const std::pair<META_TAG_INDEX, const char*> kDeclaredIndices[] = {

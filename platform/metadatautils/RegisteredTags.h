@@ -1,0 +1,31 @@
+// Every tag of the registry in one table: number, full name, element type.
+// Android, MediaTek and framework vendor tags all come from their .def
+// files, so each tag is declared exactly once. The registry's lookups are
+// built from this table; tools and tests that walk every tag read it too.
+#ifndef PLATFORM_METADATAUTILS_REGISTEREDTAGS_H
+#define PLATFORM_METADATAUTILS_REGISTEREDTAGS_H
+
+#include <stddef.h>
+
+#include "TagRegistry.h"
+#include "mtk/mtk_metadata_tag.h"
+#include "system/camera_metadata.h"
+
+namespace nvmetadata {
+
+inline constexpr TagInfo kRegisteredTags[] = {
+#define CAMERA_METADATA_TAG(constant, number, name, type) {number, name, type},
+#include "system/camera_metadata_tags.def"
+#undef CAMERA_METADATA_TAG
+#define MTK_METADATA_TAG(constant, number, name, type) {number, name, type},
+#include "mtk/mtk_metadata_tags.def"
+#undef MTK_METADATA_TAG
+#define NV_VENDOR_TAG(number, name, type) {number, name, type},
+#include "nv_vendor_tags.def"
+#undef NV_VENDOR_TAG
+};
+inline constexpr size_t kRegisteredTagCount = sizeof(kRegisteredTags) / sizeof(kRegisteredTags[0]);
+
+}  // namespace nvmetadata
+
+#endif  // PLATFORM_METADATAUTILS_REGISTEREDTAGS_H

@@ -1,0 +1,96 @@
+// No getter allocates: every Get operation of the catalogue, called on the
+// shipped example request, must leave the heap alone (those whose output is
+// itself heap storage excepted, as the catalogue marks them).
+#include <gtest/gtest.h>
+
+#include <dlfcn.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <new>
+#include <string>
+
+#include "FakeAdapterControl.h"
+#include "MetaHelperManagerImpl.h"
+#include "MetaText.h"
+#include "OperationCatalog.h"
+#include "TestSupport.h"
+
+namespace {
+std::atomic<long> gAllocations{0};
+
+// The platform's adapter hands out a fresh reference-counted holder for each
+// query, allocated by the adapter library itself (here the tests' fake, as a
+// vendor library would): that allocation is the platform's, not a getter's.
+bool MadeByTheAdapterLibrary(const void* caller) {
+  Dl_info info;
+  return dladdr(caller, &info) != 0 && info.dli_fname != nullptr &&
+         std::strstr(info.dli_fname, "nvcamera_adapter") != nullptr;
+}
+}  // namespace
+
+void* operator new(std::size_t size) {
+  if (!MadeByTheAdapterLibrary(__builtin_return_address(0)))
+    gAllocations.fetch_add(1, std::memory_order_relaxed);
+  if (void* block = std::malloc(size != 0 ? size : 1)) return block;
+  throw std::bad_alloc();
+}
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+
+extern "C" void* GetInstance();
+
+namespace {
+
+const std::string kExample = std::string(METAHELPER_SOURCE_DIR) + "/examples/rear_capture/";
+
+std::shared_ptr<NvMetadata> Load(const std::string& file) {
+  auto meta = std::make_shared<NvMetadata>();
+  metatext::Problem problem;
+  EXPECT_TRUE(metatext::ParseFile(kExample + file, meta.get(), &problem)) << problem.Message();
+  return meta;
+}
+
+// Allocations made by one call of the operation.
+long AllocationsOf(const opcatalog::Operation& op, metahelper::metadataHelperBase& helper,
+                   const opcatalog::CallContext& context) {
+  const long before = gAllocations.load();
+  op.call(helper, context);
+  return gAllocations.load() - before;
+}
+
+TEST(GetterAllocations, NoGetOperationAllocatesOnTheExampleRequest) {
+  if (!std::ifstream(kExample + "request.txt")) GTEST_SKIP() << "no example capture in " << kExample;
+  for (int32_t camera = 0; camera < 5; ++camera) fakeadapter::SetCameraType(camera, 0);  // as on a device
+  StaticMetadataWraper::getInstance()->setStaticMetadata(0, Load("static_0.txt"));
+  StaticMetadataWraper::getInstance()->setStaticMetadata(2, Load("static_2.txt"));
+  opcatalog::CallContext context;
+  context.request = Load("request.txt");
+  context.second = std::make_shared<NvMetadata>();
+  auto helper = static_cast<metahelper::MetaHelperManagerImpl*>(GetInstance())->GetMetadataHelper();
+
+  size_t count = 0;
+  const opcatalog::Operation* operations = opcatalog::Operations(&count);
+  int checked = 0;
+  long byAllocatingGetters = 0;
+  for (size_t i = 0; i < count; ++i) {
+    const opcatalog::Operation& op = operations[i];
+    if (op.kind == opcatalog::Kind::Setter) continue;
+    op.call(*helper, context);  // first use may set up process-wide state
+    const long allocations = AllocationsOf(op, *helper, context);
+    if (op.allocates) {
+      byAllocatingGetters += allocations;
+      continue;
+    }
+    EXPECT_EQ(0, allocations) << op.name << " (slot " << op.slot << ")";
+    ++checked;
+  }
+  EXPECT_GT(checked, 100) << "the catalogue lists too few getters to mean anything";
+  // Proves the count sees allocations made inside the library at all.
+  EXPECT_GT(byAllocatingGetters, 0) << "the getters that fill a vector allocated nothing";
+  StaticMetadataWraper::getInstance()->clear();
+}
+
+}  // namespace
