@@ -8,6 +8,8 @@
 
 #include <cstdint>
 
+#include "PlatformMath.h"
+
 namespace metahelper::mtk {
 namespace {
 
@@ -18,13 +20,9 @@ constexpr float kAspectTolerance = 0.01f;
 
 int32_t Signed(uint32_t field) { return static_cast<int32_t>(field); }
 
-// Float to int32 as the device's conversion does it: saturating, NaN to 0.
-int32_t SaturateToInt32(float value) {
-  if (!(value == value)) return 0;
-  if (value <= -2147483648.0f) return INT32_MIN;
-  if (value >= 2147483648.0f) return INT32_MAX;
-  return static_cast<int32_t>(value);
-}
+// Doubles with the wrap of the device's 32-bit arithmetic, whatever shift a
+// producer sends, where a signed multiplication could overflow.
+int32_t Doubled(int32_t value) { return static_cast<int32_t>(static_cast<uint32_t>(value) * 2u); }
 
 // Rounds toward minus infinity to an even number (clears the lowest bit).
 int32_t DownToEven(int32_t value) { return value & ~1; }
@@ -80,7 +78,7 @@ nvholder::ChiRect FitToActiveAspect(const nvholder::ChiRect& crop, const nvholde
 }
 
 Shift ScaleShift(Shift shift, bool isPreAnchor, bool isInSensorZoom) {
-  if (!isPreAnchor && isInSensorZoom) return {shift.x * 2, shift.y * 2};
+  if (!isPreAnchor && isInSensorZoom) return {Doubled(shift.x), Doubled(shift.y)};
   if (isPreAnchor && !isInSensorZoom) return {shift.x / 2, shift.y / 2};
   return shift;
 }

@@ -245,9 +245,19 @@ nvholder::FDFaceBox FaceCorners(const int32_t* face, bool inSensorZoom, const nv
           mtk::ToInSensorZoom(face[2], active.width), mtk::ToInSensorZoom(face[3], active.height)};
 }
 
+// Corners arrive as the producer sent them: extents and scaled corners are
+// formed in unsigned arithmetic, so extreme values wrap as they do on the
+// device instead of overflowing.
 nvholder::ChiRect BoxRect(const nvholder::FDFaceBox& box) {
-  return {static_cast<uint32_t>(box.x0), static_cast<uint32_t>(box.y0),
-          static_cast<uint32_t>(box.x1 - box.x0), static_cast<uint32_t>(box.y1 - box.y0)};
+  const auto x0 = static_cast<uint32_t>(box.x0), y0 = static_cast<uint32_t>(box.y0);
+  return {x0, y0, static_cast<uint32_t>(box.x1) - x0, static_cast<uint32_t>(box.y1) - y0};
+}
+
+nvholder::FDFaceBox ScaledBox(const nvholder::FDFaceBox& box, uint32_t scale) {
+  const auto times = [scale](int32_t corner) {
+    return static_cast<int32_t>(static_cast<uint32_t>(corner) * scale);
+  };
+  return {times(box.x0), times(box.y0), times(box.x1), times(box.y1)};
 }
 
 __UtilsImage_point FaceCenter(const __UtilsImage_Rect& rect, int width, int height) {
@@ -371,7 +381,7 @@ bool ReadShiftTag(metadataHelperBase& helper, const MetaPtr& meta, ZoomShift* sh
     return false;
   }
   *shift = {
-      {static_cast<int32_t>(Element<float>(values, 0)), static_cast<int32_t>(Element<float>(values, 1))},
+      {mtk::SaturateToInt32(Element<float>(values, 0)), mtk::SaturateToInt32(Element<float>(values, 1))},
       Element<float>(values, 2) != 0.0f};
   MH_CROP_LOG(logging::kHelperGroup, kInfo, 951,
               "get shift successful shift(%d, %d) isPreAnchor = %d size = %u, from nuvaro.sr.shift.value ",
@@ -683,19 +693,18 @@ int MtkMetadataHelper::GetFdData(MetaPtr meta, nvholder::NUNvFDRawSnapshotParam*
   nvholder::NVSENSORMODETYPE modeType = 0;
   GetNuvaroSensorModeType(meta, &modeType);
   out->faceCount = static_cast<int32_t>(count / kFaceWords);
-  const int scale = modeType == kHalfScaleFaceMode ? 2 : 1;
+  const uint32_t scale = modeType == kHalfScaleFaceMode ? 2 : 1;
   for (int i = 0; i < FacesToVisit(out->faceCount, out->faces); ++i) {
     const int32_t* face = static_cast<const int32_t*>(data) + i * kFaceWords;
     const nvholder::FDFaceBox box = FaceCorners(face, inSensorZoom, active);
-    out->faces[i] = {box.x0 * scale, box.y0 * scale, box.x1 * scale, box.y1 * scale};
+    out->faces[i] = ScaledBox(box, scale);
     out->pitch = face[5];
     out->angle = mtk::AngleClass(face[6]);
     out->pose = face[7];
     out->activeArray = active;
-    const nvholder::FDFaceBox& stored = out->faces[i];
+    const nvholder::ChiRect stored = BoxRect(out->faces[i]);
     MH_LOG(kInfo, 2223, "GetFdData faces[%d/%d]:[%d %d %dx%d] pitch:%d angle:%d pose:%d", i + 1,
-           out->faceCount, stored.x0, stored.y0, stored.x1 - stored.x0, stored.y1 - stored.y0, out->pitch,
-           out->angle, out->pose);
+           out->faceCount, MH_RECT_ARGS(stored), out->pitch, out->angle, out->pose);
   }
   return 0;
 }
@@ -778,8 +787,7 @@ int MtkMetadataHelper::GetWhiteBlackOutput(MetaPtr /*meta*/, float* out) {
   return NotSupported(MH_HERE, 3380, out);
 }
 int MtkMetadataHelper::GetLuxIndex(MetaPtr meta, int* out) {
-  return ReadConverted<float>(*this, MH_HERE, kLuxIndex, std::move(meta), out,
-                              [](float lux) { return static_cast<int>(lux); });
+  return ReadConverted<float>(*this, MH_HERE, kLuxIndex, std::move(meta), out, mtk::SaturateToInt32);
 }
 
 // The raw per-sensor crop; a frame without the sensor policy's table gets

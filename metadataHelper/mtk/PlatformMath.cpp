@@ -50,6 +50,13 @@ constexpr int32_t kSensorModeTypes[] = {0, 18, 0, 2, 6, 11, 17, 16, 4};
 
 }  // namespace
 
+int32_t SaturateToInt32(float value) {
+  if (!(value == value)) return 0;
+  if (value <= -2147483648.0f) return INT32_MIN;
+  if (value >= 2147483648.0f) return INT32_MAX;
+  return static_cast<int32_t>(value);
+}
+
 float IspGainFromFixed(int32_t value) { return static_cast<float>(value * 0.000244140625); }
 
 float ToneGainFromFixed(int32_t value) { return static_cast<float>(value) / 1024.0f; }

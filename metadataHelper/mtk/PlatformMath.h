@@ -7,6 +7,11 @@
 
 namespace metahelper::mtk {
 
+// Float to int32 as the device's conversion does it: saturating, NaN to 0,
+// fractions truncated toward zero. A plain cast of an out-of-range value is
+// undefined, and producers may send any float.
+int32_t SaturateToInt32(float value);
+
 // ISP gain: 12 fractional bits, converted in double and narrowed.
 float IspGainFromFixed(int32_t value);
 // Tone (ADRC) gain and sensor gain: 10 fractional bits.
