@@ -5,6 +5,7 @@
 #include <MetaTagWrapper.h>
 #include <gtest/gtest.h>
 #include <nvdebug/NvLog.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -120,7 +121,7 @@ TEST(DumpExample, OnlyKeepsTheOperationsWhoseNameMatchesAndStaticsAreRestored) {
 }
 
 std::string WriteRequestWithoutManualEv() {
-  const std::string path = ::testing::TempDir() + "plain_request.txt";
+  const std::string path = ::testing::TempDir() + std::to_string(getpid()) + "_plain_request.txt";
   std::ofstream(path) << "  android.sensor.exposureTime (e0000): int64[1]\n    [10000000 ]\n";
   return path;
 }

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include <unistd.h>
+
 #include "DumpTestSupport.h"
 
 namespace {
@@ -15,8 +17,10 @@ using dumptest::Lines;
 using dumptest::Outcome;
 using dumptest::RunTool;
 
+// ctest runs each case in its own process, in parallel: the process id keeps
+// their files apart.
 std::string WriteFile(const std::string& name, const std::string& text) {
-  const std::string path = ::testing::TempDir() + name;
+  const std::string path = ::testing::TempDir() + std::to_string(getpid()) + "_" + name;
   std::ofstream(path) << text;
   return path;
 }

@@ -42,7 +42,7 @@ TEST(NvMetadata, EachElementTypeStoresACopyThatFindReturns) {
   expectStoredCopy<uint8_t>(ANDROID_LENS_FACING, {1, 0, 255});
   expectStoredCopy<int32_t>(ANDROID_SCALER_CROP_REGION, {-4, 8, 4000, 3000});
   expectStoredCopy<float>(ANDROID_LENS_APERTURE, {1.8f, -0.5f});
-  expectStoredCopy<int64_t>(ANDROID_SENSOR_EXPOSURE_TIME, {33333333LL, -1LL << 40});
+  expectStoredCopy<int64_t>(ANDROID_SENSOR_EXPOSURE_TIME, {33333333LL, -(1LL << 40)});
   expectStoredCopy<double>(ANDROID_JPEG_GPS_COORDINATES, {48.85, 2.35, -12.5});
   expectStoredCopy<camera_metadata_rational>(ANDROID_SENSOR_NEUTRAL_COLOR_POINT, {{1, 2}, {-3, 4}, {5, 6}});
 }
@@ -200,7 +200,7 @@ TEST(NvMetadataTable, NumbersThatAreNoTagAreNeverFound) {
   NvMetadata empty, full;
   PutAll(full);
   const int32_t value = 1;
-  for (uint32_t tag : {0xFFFFFFFFu, 0xFFFFFFFEu, 0u, 0xA000FFFFu}) {
+  for (uint32_t tag : {0xFFFFFFFFu, 0xFFFFFFFEu, 0x4u, 0xA000FFFFu}) {
     for (NvMetadata* meta : {&empty, &full}) {
       EXPECT_TRUE(meta->find(tag).count == 0 && meta->find(tag).data.u8 == nullptr) << std::hex << tag;
       EXPECT_NE(0, meta->erase(tag)) << std::hex << tag;

@@ -13,17 +13,18 @@
 
 namespace {
 
-// Name, number (0: any number of a vendor section), type (-1: the name is unknown).
+// Name, number (kAnyVendor: any number of a vendor section), type (-1: the name is unknown).
 using TagRow = std::tuple<const char*, uint32_t, int>;
+constexpr uint32_t kAnyVendor = 0xFFFFFFFFu;
 
 // Numbers fixed by the framework and MediaTek, vendor tags read by name, near misses.
 const TagRow kTags[] = {
     {"android.colorCorrection.transform", 0x1, TYPE_RATIONAL},
     {"com.mediatek.3afeature.awbColorTemperature", 0x80060100, TYPE_FLOAT},
     {"com.mediatek.supernight.gammaInfo", 0x910000d9, TYPE_INT32},
-    {"com.nuvaro.lens.info.ViewAngle", 0, TYPE_DOUBLE},
-    {"com.nv.node.nvaihighlight.isHighLight", 0, TYPE_INT32},
-    {"org.quic.camera.qtimer.startOfExposure", 0, TYPE_INT64},
+    {"com.nuvaro.lens.info.ViewAngle", kAnyVendor, TYPE_DOUBLE},
+    {"com.nv.node.nvaihighlight.isHighLight", kAnyVendor, TYPE_INT32},
+    {"org.quic.camera.qtimer.startOfExposure", kAnyVendor, TYPE_INT64},
     {"", 0, -1},
     {nullptr, 0, -1},
     {"android.sensor.exposureTim", 0, -1},
@@ -43,11 +44,11 @@ TEST(TagRegistry, NamesResolveToNumberTypeAndBack) {
       EXPECT_EQ(1234u, number) << name;  // a refused lookup leaves the output alone
       continue;
     }
-    EXPECT_TRUE(wanted ? number == wanted : number >= 0x80000000u) << name << std::hex << number;
+    EXPECT_TRUE(wanted != kAnyVendor ? number == wanted : number >= 0x80000000u) << name << std::hex << number;
     EXPECT_EQ(type, NvMetadata::getTagType(number)) << name;
     EXPECT_STREQ(name, NvMetadata::getTagName(number));
   }
-  for (uint32_t number : {0x0u, 0x3u, 0xE0003u, 0x80060002u, 0xA000FFFFu, 0xFFFFFFFFu})
+  for (uint32_t number : {0x4u, 0x5u, 0xE0003u, 0x80060002u, 0xA000FFFFu, 0xFFFFFFFFu})
     EXPECT_TRUE(NvMetadata::getTagType(number) == -1 && !NvMetadata::getTagName(number))
         << std::hex << number;
 }
