@@ -14,6 +14,7 @@
 #include <MetaTagWrapper.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <type_traits>
 
@@ -158,13 +159,51 @@ MH_ALWAYS_INLINE bool MissingOutput(const void* out, const Site& site, int line,
 // The element pointer a read returns points into the container, so whoever
 // uses it keeps its own reference to the container until it is done: hand
 // ReadTag a copy, never the last reference (a caller may pass a temporary).
-// Resolves and reads the tag; on failure logs the descriptor's message and
-// returns the failure, on success stores the element pointer. The container
-// is taken by reference: the data points into it, so the caller's reference
-// must outlive every use of the data.
-MH_ALWAYS_INLINE int ReadTag(metadataHelperBase& helper, const Site& site, const ReadMessages& messages,
-                             const TagRef& tag, Level level, int lookupLine, int noDataLine,
-                             const MetaPtr& meta, const void** data, uint32_t* count = nullptr) {
+
+// Where the core read reports a tag it found without data, and the text;
+// GetMetaData and the inline path below report through these same two.
+extern const Site kCoreReadSite;
+extern const Format kCoreReadNoData;
+inline constexpr int kCoreReadNoDataLine = 36;
+
+// What the inline read could not settle: GetMetaData runs and reports it.
+inline constexpr int kNeedsCoreRead = 1;
+
+// The core read's common path, inline: the same lookup GetMetaData makes,
+// and an absent entry reported as it reports one. Anything else (no
+// container, no tag, an undeclared index) is left to GetMetaData. The
+// operation's own parameter keeps the container alive, so unlike
+// GetMetaData this takes no further reference.
+MH_ALWAYS_INLINE int FindQuickly(const MetaPtr& meta, const TagRef& tag, const void** data, uint32_t* count) {
+  if (!meta) return kNeedsCoreRead;
+  camera_metadata_ro_entry entry;
+  if (tag.index != META_NO_INDEX) {
+    const uint32_t number = MetaTagWrapper::getInstance()(tag.index);
+    if (number == MetaTagWrapper::kUndeclared) return kNeedsCoreRead;
+    entry = meta->find(number);
+  } else if (tag.name != nullptr) {
+    entry = meta->find(tag.name);
+  } else if (tag.number != 0) {
+    entry = meta->find(tag.number);
+  } else {
+    return kNeedsCoreRead;
+  }
+  if (entry.count == 0) {
+    Report(Level::kVerbose, kCoreReadSite, kCoreReadNoDataLine, kCoreReadNoData);
+    return -1;
+  }
+  if (count != nullptr) *count = static_cast<uint32_t>(entry.count);
+  *data = entry.data.u8;
+  return 0;
+}
+
+// A read the inline path could not settle: GetMetaData, then the
+// descriptor's messages. Out of line, so the common path keeps few registers.
+__attribute__((noinline, cold)) inline int FinishRead(metadataHelperBase& helper, const Site& site,
+                                                      const ReadMessages& messages, const TagRef& tag,
+                                                      Level level, int lookupLine, int noDataLine,
+                                                      const MetaPtr& meta, const void** data,
+                                                      uint32_t* count) {
   void* found = nullptr;
   const int result = helper.GetMetaData(meta, tag.name, tag.index, tag.number, &found, count);
   if (result != 0) {
@@ -177,6 +216,22 @@ MH_ALWAYS_INLINE int ReadTag(metadataHelperBase& helper, const Site& site, const
   }
   *data = found;
   return 0;
+}
+
+// Resolves and reads the tag; on failure logs the descriptor's message and
+// returns the failure, on success stores the element pointer. The container
+// is taken by reference: the data points into it, so the caller's reference
+// must outlive every use of the data.
+MH_ALWAYS_INLINE int ReadTag(metadataHelperBase& helper, const Site& site, const ReadMessages& messages,
+                             const TagRef& tag, Level level, int lookupLine, int noDataLine,
+                             const MetaPtr& meta, const void** data, uint32_t* count = nullptr) {
+  const int result = FindQuickly(meta, tag, data, count);
+  if (__builtin_expect(result == 0, true)) return 0;
+  if (result != kNeedsCoreRead) {
+    Report(level, site, lookupLine, messages.lookupFailed);
+    return result;
+  }
+  return FinishRead(helper, site, messages, tag, level, lookupLine, noDataLine, meta, data, count);
 }
 
 MH_ALWAYS_INLINE int ReadTag(metadataHelperBase& helper, const Site& site, const ReadOp& op,
@@ -199,7 +254,7 @@ template <typename Out, typename Store>
 MH_ALWAYS_INLINE int ReadWith(metadataHelperBase& helper, const Site& site, const ReadOp& op,
                               const MetaPtr& meta, Out* out, Store store) {
   if (out == nullptr || (op.argCheck.needsContainer && !meta)) return RefuseArgument(site, op);
-  const void* data = nullptr;
+  const void* data;  // set by a successful read, the only one that uses it
   const int result = ReadTag(helper, site, op, meta, &data);
   if (result != 0) return result;
   store(data, out);

@@ -32,6 +32,9 @@ int TakeEntry(const camera_metadata_ro_entry& entry, void** data, uint32_t* coun
 
 metadataHelperBase::~metadataHelperBase() = default;
 
+const Site ops::kCoreReadSite{__FILE__, "GetMetaData"};
+const Format ops::kCoreReadNoData = MH_FORMAT(MH_QUOTED("GetMetadata err"));
+
 // ---- Core read -----------------------------------------------------------
 // A stale non-null *data from the caller suppresses the final message; the
 // result is still the lookup's. The missing-tag check sits in the last branch
@@ -61,7 +64,7 @@ int metadataHelperBase::GetMetaData(MetaPtr meta, const char* tagName, META_TAG_
   }
   const int result = TakeEntry(entry, data, count);
   if (*data != nullptr) return result;
-  MH_LOG(kVerbose, 36, MH_QUOTED("GetMetadata err"));
+  Report(Level::kVerbose, kCoreReadSite, kCoreReadNoDataLine, kCoreReadNoData);
   return -1;
 }
 
