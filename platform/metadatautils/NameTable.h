@@ -76,6 +76,8 @@ constexpr size_t slotOf(uint64_t key, uint16_t displacement) {
   return static_cast<size_t>((key >> (64 - kBucketBits - kTableBits)) ^ displacement) & (kTableSize - 1);
 }
 
+// A free slot has key 0 and no tag; no name has key 0 (checked below), so a
+// free slot never matches and the build tells free slots by their key.
 struct Slot {
   uint64_t key;
   const TagInfo* info;
@@ -100,7 +102,7 @@ constexpr bool bucketFits(const Table& table, size_t bucket, uint16_t displaceme
   for (uint64_t key : kKeys) {
     if (bucketOf(key) != bucket) continue;
     const size_t slot = slotOf(key, displacement);
-    if (table.slots[slot].info != nullptr || taken[slot]) return false;
+    if (table.slots[slot].key != 0 || taken[slot]) return false;
     taken[slot] = true;
   }
   return true;
@@ -139,35 +141,40 @@ constexpr bool everyNameHasItsSlot() {
   for (size_t i = 0; i < kTagCount; ++i) {
     const uint16_t displacement = kTable.displacement[bucketOf(kKeys[i])];
     if (length(kRegisteredTags[i].name) >= kMaxLength || displacement == kNoDisplacement ||
-        kTable.slots[slotOf(kKeys[i], displacement)].info != &kRegisteredTags[i])
+        kTable.slots[slotOf(kKeys[i], displacement)].key != kKeys[i] ||
+        kTable.slots[slotOf(kKeys[i], displacement)].info->tag != kRegisteredTags[i].tag)
       return false;
   }
   return true;
 }
+static_assert(key("", 0) != 0, "the empty name's key must not match a free slot");
 static_assert(everyNameHasItsSlot(), "a registered name is too long or shares its key: change the hash");
 
 inline const Slot& slotFor(uint64_t key) {
   return kTable.slots[slotOf(key, kTable.displacement[bucketOf(key)])];
 }
 
+// The slot's tag when the name is its tag's whole name, else null. The key
+// holds the length, so a match means both texts have `length` bytes.
+inline const TagInfo* confirm(const Slot& slot, uint64_t wanted, const char* name, size_t length) {
+  if (slot.key != wanted) return nullptr;
+  return memcmp(slot.info->name, name, length) == 0 ? slot.info : nullptr;
+}
+
 // Names under eight bytes, off the common path.
 __attribute__((noinline)) inline const TagInfo* findShort(const char* name, size_t length) {
-  const Slot& slot = slotFor(key(name, length));
-  return slot.key == key(name, length) && slot.info != nullptr && memcmp(slot.info->name, name, length) == 0
-             ? slot.info
-             : nullptr;
+  const uint64_t wanted = key(name, length);
+  return confirm(slotFor(wanted), wanted, name, length);
 }
 
 // The registered tag of that name, or null. Neither allocates nor locks.
 inline const TagInfo* find(const char* name) {
   if (name == nullptr) return nullptr;
-  const size_t size = strlen(name);
-  if (size < 8) return findShort(name, size);
-  if (size >= kMaxLength) return nullptr;
-  const uint64_t wanted = key(name, size);
-  const Slot& slot = slotFor(wanted);
-  if (slot.key != wanted) return nullptr;  // a free slot's key is 0: never a match here
-  return memcmp(slot.info->name, name, size) == 0 ? slot.info : nullptr;
+  const size_t length = strlen(name);
+  if (length < 8) return findShort(name, length);
+  if (length >= kMaxLength) return nullptr;
+  const uint64_t wanted = key(name, length);
+  return confirm(slotFor(wanted), wanted, name, length);
 }
 
 }  // namespace nvmetadata::names
