@@ -147,6 +147,20 @@ TEST_P(StaticFamily, ReadsOnlyTheStaticValueOfTheRequestsCamera) {
 
 INSTANTIATE_TEST_SUITE_P(Base, StaticFamily, ::testing::ValuesIn(kStaticReads), kByOp);
 
+// Inclusive bounds become extents in unsigned arithmetic: inverted or extreme bounds wrap.
+TEST_F(BaseTest, AfRegionExtentsWrapInsteadOfOverflowing) {
+  const int32_t min = INT32_MIN, max = INT32_MAX;
+  for (const auto& [region, expected] : std::initializer_list<std::pair<std::vector<int32_t>, Bytes>>{
+           {{5, 5, 1, 1, 1}, BytesOf<uint32_t>({5, 5, 0xFFFFFFFDu, 0xFFFFFFFDu})},
+           {{min, min, max, max, 1}, BytesOf<uint32_t>({0x80000000u, 0x80000000u, 0, 0})}}) {
+    MetaPtr meta = NewMeta();
+    Put(*meta, ANDROID_CONTROL_AF_REGIONS, region);
+    Bytes out(16);
+    ASSERT_EQ(0, helper.GetAndroidAFRegion(meta, reinterpret_cast<nvholder::ChiRect*>(out.data())));
+    EXPECT_EQ(expected, out) << region[0];
+  }
+}
+
 TEST_F(BaseTest, ZeroDenominatorIsRepairedInTheMetadata) {
   MetaPtr meta = NewMeta();
   std::vector<camera_metadata_rational> ccm(9, {1, 2});
@@ -239,9 +253,12 @@ TEST_F(BaseTest, OverriddenFrameworkIdRedirectsEveryPerCameraRead) {
 TEST_F(BaseTest, PhysicalIdsAreParsedAndAppended) {
   const std::pair<std::string, std::vector<int>> cases[] = {
       {Ids("2|3|"), {2, 3, 2, 3}},
-      {Ids("x|12|"), {0, 12, 0, 12}},  // not a number
-      {Ids("4|15"), {4, 15, 4, 15}},   // the last id without its NUL
-      {"", {}},                        // none
+      {Ids("x|12|"), {0, 12, 0, 12}},             // not a number
+      {Ids("4|15"), {4, 15, 4, 15}},              // the last id without its NUL
+      {Ids("1|234567"), {1, 234567, 1, 234567}},  // whole words: no padding NUL follows
+      {"12345678", {12345678, 12345678}},
+      {Ids("||"), {0, 0, 0, 0}},
+      {"", {}},  // none
   };
   for (const auto& [text, expected] : cases) {
     AddCamera(0, 1, {}, text);

@@ -4,6 +4,7 @@
 #include <system/camera_metadata.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "TestSupport.h"
@@ -74,79 +75,63 @@ TEST_F(CoreRead, TagFormsAndPrecedence) {
   Put(*meta, ANDROID_SENSOR_EXPOSURE_TIME, std::vector<int64_t>{111});
   Put(*meta, ANDROID_SENSOR_FRAME_DURATION, std::vector<int64_t>{222});
   Put(*meta, META_SHOOTING_TIMESTAMP, std::vector<int64_t>{333});
-  struct Case {
-    const char* what;
-    const char* name;
-    META_TAG_INDEX index;
-    uint32_t tag;
-    int64_t expected;
+  const char* exposure = "android.sensor.exposureTime";
+  // Name, index, number; the index wins over name and number, the name over the number.
+  const std::tuple<const char*, META_TAG_INDEX, uint32_t, int64_t> cases[] = {
+      {nullptr, META_NO_INDEX, ANDROID_SENSOR_FRAME_DURATION, 222},
+      {exposure, META_NO_INDEX, 0, 111},
+      {nullptr, META_SHOOTING_TIMESTAMP, 0, 333},
+      {exposure, META_NO_INDEX, ANDROID_SENSOR_FRAME_DURATION, 111},
+      {exposure, META_SHOOTING_TIMESTAMP, ANDROID_SENSOR_FRAME_DURATION, 333},
   };
-  const Case cases[] = {
-      {"by number", nullptr, META_NO_INDEX, ANDROID_SENSOR_FRAME_DURATION, 222},
-      {"by Android name", "android.sensor.exposureTime", META_NO_INDEX, 0, 111},
-      {"by index", nullptr, META_SHOOTING_TIMESTAMP, 0, 333},
-      {"the name wins over the number", "android.sensor.exposureTime", META_NO_INDEX,
-       ANDROID_SENSOR_FRAME_DURATION, 111},
-      {"the index wins over name and number", "android.sensor.exposureTime", META_SHOOTING_TIMESTAMP,
-       ANDROID_SENSOR_FRAME_DURATION, 333},
-  };
-  for (const Case& c : cases) {
+  for (const auto& [name, index, tag, expected] : cases) {
     uint32_t count = 0;
-    ASSERT_EQ(0, Read(meta, c.name, c.index, c.tag, &count)) << c.what;
-    EXPECT_EQ(c.expected, *static_cast<int64_t*>(data)) << c.what;
-    EXPECT_EQ(1u, count) << c.what;
+    ASSERT_EQ(0, Read(meta, name, index, tag, &count)) << expected;
+    EXPECT_EQ(expected, *static_cast<int64_t*>(data));
+    EXPECT_EQ(1u, count);
   }
 }
 
-TEST_F(CoreRead, ZeroCountReadsAsAbsentAndLeavesData) {
+// A zero-count entry reads as absent; a data pointer already set keeps the
+// read from printing its final message, not from failing.
+TEST_F(CoreRead, FindingNothingLeavesCountAndDataAlone) {
   auto meta = NewMeta();
   ASSERT_EQ(0, meta->update(ANDROID_SENSOR_SENSITIVITY, static_cast<const int32_t*>(nullptr), 0));
   uint32_t count = 77;
   EXPECT_EQ(-1, Read(meta, nullptr, META_NO_INDEX, ANDROID_SENSOR_SENSITIVITY, &count));
   EXPECT_EQ(77u, count);
-}
-
-TEST_F(CoreRead, StaleDataPointerSuppressesTheFinalMessageButNotTheFailure) {
   LogCapture log;
   int stale = 0;
   data = &stale;
-  EXPECT_EQ(
-      -1, helper.GetMetaData(NewMeta(), nullptr, META_NO_INDEX, ANDROID_SENSOR_SENSITIVITY, &data, nullptr));
+  EXPECT_EQ(-1, helper.GetMetaData(meta, nullptr, META_NO_INDEX, ANDROID_SENSOR_SENSITIVITY, &data, nullptr));
   EXPECT_EQ(&stale, data);
   EXPECT_TRUE(log.online.empty());
 }
 
-TEST_F(CoreWrite, EachFormWritesTheTagItNames) {
+TEST_F(CoreWrite, EachFormWritesTheTagItNamesUntypedByTheRegisteredType) {
   auto meta = NewMeta();
-  float aperture = 1.8f;
+  float aperture = 1.8f, haze = 0.25f;
   int white = 1023;
+  const int32_t roi[] = {1, 1, 10, 20, 30, 40, 1};
   EXPECT_EQ(0, helper.SetMetaData<float>(meta, nullptr, META_NO_INDEX, ANDROID_LENS_APERTURE, &aperture, 1));
   EXPECT_EQ(0, helper.SetMetaData<int>(meta, "android.sensor.dynamicWhiteLevel", META_NO_INDEX,
                                        ANDROID_LENS_APERTURE, &white, 1));
-  float haze = 0.25f;
   EXPECT_EQ(0, helper.SetMetaData<float>(meta, "android.lens.aperture", META_AWB_HAZE_RATIO, 0, &haze, 1));
+  EXPECT_EQ(0, helper.SetMetaData<void>(meta, nullptr, META_NO_INDEX, 0x80060001u /* AF ROI, int32 */,
+                                        const_cast<int32_t*>(roi), 7));
   EXPECT_FLOAT_EQ(1.8f, meta->find(ANDROID_LENS_APERTURE).data.f[0]);  // the index won over the name
   EXPECT_EQ(1023, meta->find(ANDROID_SENSOR_DYNAMIC_WHITE_LEVEL).data.i32[0]);
   EXPECT_FLOAT_EQ(0.25f, meta->find("com.nuvaro.3AAlgo.awbHazeRatio").data.f[0]);
+  EXPECT_EQ(7u, meta->find(0x80060001u).count);
+  EXPECT_EQ(40, meta->find(0x80060001u).data.i32[5]);
 }
 
 TEST_F(CoreWrite, TypeMismatchIsRefusedByTheContainerAndPassedThrough) {
   auto meta = NewMeta();
   float notAnInt = 3.0f;
-  const int result = helper.SetMetaData<float>(meta, nullptr, META_NO_INDEX,
-                                               ANDROID_SENSOR_DYNAMIC_WHITE_LEVEL, &notAnInt, 1);
-  EXPECT_NE(0, result);
+  EXPECT_NE(0, helper.SetMetaData<float>(meta, nullptr, META_NO_INDEX, ANDROID_SENSOR_DYNAMIC_WHITE_LEVEL,
+                                         &notAnInt, 1));
   EXPECT_EQ(0u, meta->entryCount());
-}
-
-TEST_F(CoreWrite, UntypedWriteUsesTheRegisteredType) {
-  auto meta = NewMeta();
-  const int32_t roi[] = {1, 1, 10, 20, 30, 40, 1};
-  ASSERT_EQ(0, helper.SetMetaData<void>(meta, nullptr, META_NO_INDEX, 0x80060001u /* AF ROI, int32 */,
-                                        const_cast<int32_t*>(roi), 7));
-  const auto entry = meta->find(0x80060001u);
-  ASSERT_EQ(7u, entry.count);
-  EXPECT_EQ(40, entry.data.i32[5]);
 }
 
 }  // namespace

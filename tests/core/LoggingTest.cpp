@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 #include "TestSupport.h"
 #include "common/Log.h"
@@ -47,34 +48,24 @@ TEST(Logging, EachSinkFollowsItsOwnLevelGroupAndMask) {
     LogCapture log;
     LogCapture::SetSettings(c.onlineLevel, c.onlineGroup, c.offlineLevel, c.offlineGroup, c.debugMask);
     EmitAt(c.level);
-    const auto row = ::testing::Message() << "level " << static_cast<int>(c.level) << " settings "
-                                          << c.onlineLevel << "/" << c.onlineGroup << " " << c.offlineLevel
-                                          << "/" << c.offlineGroup << " mask " << c.debugMask;
-    EXPECT_EQ(c.online, log.android.size() == 1) << row;
-    EXPECT_EQ(c.online, log.online.size() == 1) << row;
-    EXPECT_EQ(c.offline, log.offline.size() == 1) << row;
+    EXPECT_EQ(c.online ? 2u : 0u, log.android.size() + log.online.size()) << "row " << &c - cases;
+    EXPECT_EQ(c.offline, log.offline.size() == 1) << "row " << &c - cases;
   }
 }
 
 TEST(Logging, PriorityHookLetterAndOfflineLetterPerLevel) {
-  struct Case {
-    L level;
-    int priority;
-    char hookLetter, offlineLetter;
-  };
-  const Case cases[] = {{L::kError, ANDROID_LOG_ERROR, 'E', 'E'},
-                        {L::kWarning, ANDROID_LOG_WARN, 'W', 'W'},
-                        {L::kInfo, ANDROID_LOG_INFO, 'I', 'I'},
-                        {L::kDebug, ANDROID_LOG_DEBUG, 'D', 'D'},
-                        // verbose prints online at debug priority, offline as "V"
-                        {L::kVerbose, ANDROID_LOG_DEBUG, 'D', 'V'}};
-  for (const Case& c : cases) {
+  // Verbose prints online at debug priority, offline as "V".
+  const std::tuple<L, int, char, char> cases[] = {{L::kError, ANDROID_LOG_ERROR, 'E', 'E'},
+                                                  {L::kWarning, ANDROID_LOG_WARN, 'W', 'W'},
+                                                  {L::kInfo, ANDROID_LOG_INFO, 'I', 'I'},
+                                                  {L::kDebug, ANDROID_LOG_DEBUG, 'D', 'D'},
+                                                  {L::kVerbose, ANDROID_LOG_DEBUG, 'D', 'V'}};
+  for (const auto& [level, priority, hookLetter, offlineLetter] : cases) {
     LogCapture log;
-    EmitAt(c.level);
+    EmitAt(level);
     ASSERT_EQ(1u, log.android.size());
-    EXPECT_EQ(c.priority, log.android[0].priority);
-    EXPECT_EQ(c.hookLetter, log.online[0].level);
-    EXPECT_EQ(c.offlineLetter, log.offline[0].level);
+    EXPECT_EQ(std::tuple(priority, hookLetter, offlineLetter),
+              std::tuple(log.android[0].priority, log.online[0].level, log.offline[0].level));
   }
 }
 

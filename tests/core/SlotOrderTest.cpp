@@ -91,25 +91,14 @@ TEST(SlotOrder, EverySlotOfTheCallersTableRunsThatOperation) {
 
 // The real library, reached the way a caller reaches it: dlopen, the
 // unmangled GetInstance, and only the caller's declarations.
-class LoadedLibrary : public ::testing::Test {
- protected:
-  void SetUp() override {
-    handle_ = dlopen("libmetadataHelper.so", RTLD_NOW);
-    ASSERT_NE(nullptr, handle_) << dlerror();
-    auto getInstance = reinterpret_cast<void* (*)()>(dlsym(handle_, "GetInstance"));
-    ASSERT_NE(nullptr, getInstance);
-    manager_ = static_cast<CallerManager*>(getInstance());
-  }
-  void TearDown() override {
-    if (handle_ != nullptr) dlclose(handle_);
-  }
-  void* handle_ = nullptr;
-  CallerManager* manager_ = nullptr;
-};
-
-TEST_F(LoadedLibrary, ManagerSlotsAndTheHandedOutHelper) {
-  EXPECT_EQ(0, manager_->Init());
-  std::shared_ptr<CallerHelper> helper = manager_->GetMetadataHelper();
+TEST(LoadedLibrary, ManagerSlotsAndTheHandedOutHelper) {
+  void* handle = dlopen("libmetadataHelper.so", RTLD_NOW);
+  ASSERT_NE(nullptr, handle) << dlerror();
+  auto getInstance = reinterpret_cast<void* (*)()>(dlsym(handle, "GetInstance"));
+  ASSERT_NE(nullptr, getInstance);
+  auto* manager = static_cast<CallerManager*>(getInstance());
+  EXPECT_EQ(0, manager->Init());
+  std::shared_ptr<CallerHelper> helper = manager->GetMetadataHelper();
   ASSERT_NE(nullptr, helper);
   testsupport::LogCapture log;
   // A not-supported slot names itself in its "arg err" line, so the function
@@ -123,6 +112,8 @@ TEST_F(LoadedLibrary, ManagerSlotsAndTheHandedOutHelper) {
   EXPECT_EQ(
       (std::vector<std::string>{"GetSensorSOF", "GetSkinScore", "GetWhiteBlackOutput", "GetStgExpInfo"}),
       functions);
+  helper.reset();
+  dlclose(handle);
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 
 #include <cmath>
 #include <cstring>
-#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -60,31 +59,39 @@ const char kEveryType[] =
     "  [71 0 ]\n"
     "android.control.afRegions (10008): int32[0]\n";
 
+// The entry's elements, whatever their type, as doubles (rationals as numerator, denominator).
+std::vector<double> Values(const NvMetadata& meta, uint32_t tag) {
+  const camera_metadata_ro_entry e = meta.find(tag);
+  std::vector<double> values;
+  for (size_t i = 0; i < e.count; ++i) {
+    if (e.type == TYPE_RATIONAL)
+      values.insert(values.end(), {double(e.data.r[i].numerator), double(e.data.r[i].denominator)});
+    else
+      values.push_back(e.type == TYPE_BYTE    ? e.data.u8[i]
+                       : e.type == TYPE_INT32 ? e.data.i32[i]
+                       : e.type == TYPE_FLOAT ? e.data.f[i]
+                       : e.type == TYPE_INT64 ? double(e.data.i64[i])
+                                              : e.data.d[i]);
+  }
+  return values;
+}
+
 TEST(MetaText, LoadsEveryTypeAcrossLinesWithHeaderCommentsAndEnumNames) {
   NvMetadata meta = Prefilled();
   const Result result = Parse(kEveryType, &meta);
   ASSERT_TRUE(result.ok) << result.problem.Message();
   EXPECT_TRUE(result.notes.empty());
   EXPECT_EQ(8u, meta.entryCount());  // the prefilled entry is replaced, the empty one kept
-  EXPECT_EQ(0u, meta.find(ANDROID_SENSOR_SENSITIVITY).count);
-  EXPECT_EQ(1, meta.find(ANDROID_LENS_FACING).data.u8[0]);
-  const auto active = meta.find(ANDROID_SENSOR_INFO_ACTIVE_ARRAY_SIZE);
-  ASSERT_EQ(4u, active.count);
-  EXPECT_EQ(3000, active.data.i32[3]);
-  EXPECT_FLOAT_EQ(2.5f, meta.find(ANDROID_LENS_FOCUS_DISTANCE).data.f[0]);
-  EXPECT_EQ(INT64_MIN, meta.find(ANDROID_SENSOR_EXPOSURE_TIME).data.i64[0]);
-  const auto angle = meta.find("com.nuvaro.lens.info.ViewAngle");
-  ASSERT_EQ(2u, angle.count);
-  EXPECT_DOUBLE_EQ(78.5, angle.data.d[0]);
-  EXPECT_DOUBLE_EQ(-0.0015, angle.data.d[1]);
-  const auto ccm = meta.find(ANDROID_COLOR_CORRECTION_TRANSFORM);
-  ASSERT_EQ(9u, ccm.count);
-  EXPECT_EQ(-7, ccm.data.r[4].numerator);
-  EXPECT_EQ(3, ccm.data.r[4].denominator);
-  EXPECT_EQ(256, ccm.data.r[8].denominator);
-  const auto name = meta.find("nuvaro.snapshot.imageName");
-  ASSERT_EQ(4u, name.count);
-  EXPECT_STREQ("IMG", reinterpret_cast<const char*>(name.data.u8));
+  using V = std::vector<double>;
+  EXPECT_EQ(V{}, Values(meta, ANDROID_SENSOR_SENSITIVITY));
+  EXPECT_EQ(V{1}, Values(meta, ANDROID_LENS_FACING));
+  EXPECT_EQ((V{0, 0, 4000, 3000}), Values(meta, ANDROID_SENSOR_INFO_ACTIVE_ARRAY_SIZE));
+  EXPECT_EQ(V{2.5}, Values(meta, ANDROID_LENS_FOCUS_DISTANCE));
+  EXPECT_EQ(V{-9223372036854775808.0}, Values(meta, ANDROID_SENSOR_EXPOSURE_TIME));
+  EXPECT_EQ((V{78.5, -0.0015}), Values(meta, 0xa0000018u /* com.nuvaro.lens.info.ViewAngle */));
+  EXPECT_EQ((V{256, 256, 0, 1, 0, 1, 0, 1, -7, 3, 0, 1, 0, 1, 0, 1, 256, 256}),
+            Values(meta, ANDROID_COLOR_CORRECTION_TRANSFORM));
+  EXPECT_EQ((V{73, 77, 71, 0}), Values(meta, 0xa001002eu /* nuvaro.snapshot.imageName */));
 }
 
 // Enum names of each tag, and the extreme values of each type.
@@ -101,41 +108,37 @@ TEST(MetaText, EachValueFormLoadsAsItsType) {
   const std::string sensitivity = "android.sensor.sensitivity (e0002)";
   const std::string focus = "android.lens.focusDistance (80003)";
   const Case cases[] = {
-      {facing, "byte", "FRONT", ANDROID_LENS_FACING, 0},
       {facing, "byte", "EXTERNAL", ANDROID_LENS_FACING, 2},
-      {facing, "byte", "255", ANDROID_LENS_FACING, 255},
-      {cfa, "byte", "GBRG", ANDROID_SENSOR_INFO_COLOR_FILTER_ARRANGEMENT, 2},
       {cfa, "byte", "NIR", ANDROID_SENSOR_INFO_COLOR_FILTER_ARRANGEMENT, 6},
       {"android.flash.mode (40002)", "byte", "TORCH", ANDROID_FLASH_MODE, 2},
       {"android.control.enableZsl (10029)", "byte", "TRUE", ANDROID_CONTROL_ENABLE_ZSL, 1},
-      {sensitivity, "int32", "-2147483648", ANDROID_SENSOR_SENSITIVITY, INT32_MIN},
       {sensitivity, "int32", "+2147483647", ANDROID_SENSOR_SENSITIVITY, INT32_MAX},
       {focus, "float", ".5", ANDROID_LENS_FOCUS_DISTANCE, 0.5},
       {focus, "float", "3.4028234663852886e38", ANDROID_LENS_FOCUS_DISTANCE, 3.4028234663852886e38},
   };
+
   for (const Case& c : cases) {
     NvMetadata meta;
     const std::string text = c.entry + ": " + c.type + "[1]\n[" + c.value + " ]\n";
     const Result result = Parse(text, &meta);
     ASSERT_TRUE(result.ok) << text << result.problem.Message();
-    const auto entry = meta.find(c.tag);
-    const double value = entry.type == TYPE_BYTE    ? static_cast<double>(entry.data.u8[0])
-                         : entry.type == TYPE_INT32 ? static_cast<double>(entry.data.i32[0])
-                                                    : static_cast<double>(entry.data.f[0]);
-    EXPECT_EQ(c.expected, value) << text;
+    EXPECT_EQ(std::vector<double>{c.expected}, Values(meta, c.tag)) << text;
   }
 }
 
-TEST(MetaText, NonFiniteValuesAsPrintfPrintsThemLoad) {
+// Non-finite values as printf prints them; values the dump elided read as 0.
+TEST(MetaText, NonFiniteAndElidedValuesLoad) {
   NvMetadata meta;
-  const Result result =
-      Parse("android.colorCorrection.gains (00002): float[4]\n[nan -nan inf -inf ]\n", &meta);
+  const Result result = Parse(
+      "android.colorCorrection.gains (00002): float[4]\n[nan -nan inf -inf ]\n"
+      "android.statistics.lensShadingMap (11000b): float[4]\n[1.5 ...]\n",
+      &meta);
   ASSERT_TRUE(result.ok) << result.problem.Message();
   const float* gains = meta.find(ANDROID_COLOR_CORRECTION_GAINS).data.f;
-  EXPECT_TRUE(std::isnan(gains[0]));
-  EXPECT_TRUE(std::isnan(gains[1]));
-  EXPECT_EQ(INFINITY, gains[2]);
-  EXPECT_EQ(-INFINITY, gains[3]);
+  EXPECT_TRUE(std::isnan(gains[0]) && std::isnan(gains[1]));
+  EXPECT_EQ((std::vector<float>{INFINITY, -INFINITY}), std::vector<float>(gains + 2, gains + 4));
+  const auto map = meta.find(ANDROID_STATISTICS_LENS_SHADING_MAP);
+  EXPECT_EQ((std::vector<float>{1.5f, 0, 0, 0}), std::vector<float>(map.data.f, map.data.f + map.count));
 }
 
 TEST(MetaText, ToleratedProblemsLoadTheRestAndLeaveNotes) {
@@ -172,16 +175,6 @@ TEST(MetaText, ToleratedProblemsLoadTheRestAndLeaveNotes) {
   }
 }
 
-TEST(MetaText, ElidedValuesReadAsZero) {
-  NvMetadata meta;
-  ASSERT_TRUE(Parse("android.statistics.lensShadingMap (11000b): float[4]\n[1.5 ...]\n", &meta).ok);
-  const auto map = meta.find(ANDROID_STATISTICS_LENS_SHADING_MAP);
-  ASSERT_EQ(4u, map.count);
-  EXPECT_EQ(1.5f, map.data.f[0]);
-  EXPECT_EQ(0.0f, map.data.f[1]);
-  EXPECT_EQ(0.0f, map.data.f[3]);
-}
-
 TEST(MetaText, BadInputNamesFileLineAndProblemAndLoadsNothing) {
   struct Case {
     std::string text;
@@ -198,48 +191,33 @@ TEST(MetaText, BadInputNamesFileLineAndProblemAndLoadsNothing) {
        "dump.txt:1: android.lens.facing: count 'x' is not a number"},
       {"android.lens.facing (80005): byte[2000000]\n",
        "dump.txt:1: android.lens.facing: a count of 2000000 takes the file past its limit of 1048576 values"},
-      {"android.statistics.lensShadingMap (11000b): float[1048576]\n[...]\n" + facing + "[1 ]\n",
-       "dump.txt:3: android.lens.facing: a count of 1 takes the file past its limit of 1048576 values"},
       {facing + "[1 2 ]\n", "dump.txt:2: more values than the 1 that android.lens.facing at line 1 declares"},
-      {facing + "[1 ]\n[2 ]\n",
-       "dump.txt:3: more values than the 1 that android.lens.facing at line 1 declares"},
       {facing + "[... ]\n[1 ]\n",
        "dump.txt:3: more values than the 1 that android.lens.facing at line 1 declares"},
       {"android.sensor.info.activeArraySize (f0000): int32[4]\n[0 0 ]\n" + facing + "[1 ]\n",
        "dump.txt:1: android.sensor.info.activeArraySize has 2 values where its count is 4"},
-      {"android.sensor.info.activeArraySize (f0000): int32[4]\n[0 0 ]\nVersion: 1, Flags: 00000000\n",
-       "dump.txt:1: android.sensor.info.activeArraySize has 2 values where its count is 4"},
       {"\nandroid.sensor.info.activeArraySize (f0000): int32[4]\n[0 0 ]\n",
        "dump.txt:2: the file ends inside android.sensor.info.activeArraySize after 2 of its 4 values"},
-      {facing, "dump.txt:1: the file ends inside android.lens.facing after 0 of its 1 values"},
       {facing + "[256 ]\n", "dump.txt:2: android.lens.facing: 256 is out of range for byte"},
-      {facing + "[-1 ]\n", "dump.txt:2: android.lens.facing: -1 is out of range for byte"},
       {facing + "[REAR ]\n",
        "dump.txt:2: android.lens.facing: 'REAR' is neither a number nor one of FRONT, BACK, EXTERNAL"},
       {"nuvaro.snapshot.physCameraId (a001002f): byte[1]\n[BACK ]\n",
        "dump.txt:2: nuvaro.snapshot.physCameraId: 'BACK' is not a number"},
-      {"android.flash.mode (40002): byte[1]\n[BACK ]\n",
-       "dump.txt:2: android.flash.mode: 'BACK' is neither a number nor one of OFF, SINGLE, TORCH"},
       {sensitivity + "[2147483648 ]\n",
        "dump.txt:2: android.sensor.sensitivity: 2147483648 is out of range for int32"},
-      {sensitivity + "[0x10 ]\n", "dump.txt:2: android.sensor.sensitivity: '0x10' is not a number"},
       {sensitivity + "[1.5 ]\n", "dump.txt:2: android.sensor.sensitivity: '1.5' is not a number"},
       {"android.sensor.exposureTime (e0000): int64[1]\n[9223372036854775808 ]\n",
        "dump.txt:2: android.sensor.exposureTime: 9223372036854775808 is out of range for int64"},
       {focus + "[3.5e38 ]\n", "dump.txt:2: android.lens.focusDistance: 3.5e38 is out of range for float"},
       {focus + "[0x1p3 ]\n", "dump.txt:2: android.lens.focusDistance: '0x1p3' is not a number"},
-      {focus + "[1e ]\n", "dump.txt:2: android.lens.focusDistance: '1e' is not a number"},
       {"android.jpeg.gpsCoordinates (70000): double[1]\n[1e309 ]\n",
        "dump.txt:2: android.jpeg.gpsCoordinates: 1e309 is out of range for double"},
       {ccm + "[(1 / 2) 3 ]\n",
        "dump.txt:2: android.colorCorrection.transform: malformed rational at '3' (expected '(n / d)')"},
-      {ccm + "[(1 / 2) (3 4) ]\n",
-       "dump.txt:2: android.colorCorrection.transform: malformed rational '(3' (expected '(n / d)')"},
       {ccm + "[(1 / 2) (3 / 4 ]\n",
        "dump.txt:2: android.colorCorrection.transform: malformed rational '(3 / 4' (expected '(n / d)')"},
       {ccm + "[(1 / 2) (3 / 2147483648) ]\n",
        "dump.txt:2: android.colorCorrection.transform: 2147483648 is out of range for rational"},
-      {ccm + "[(1 / 2) (a / 2) ]\n", "dump.txt:2: android.colorCorrection.transform: 'a' is not a number"},
       {facing + "[1 ]\nandroid.lens.facing = 1\n",
        "dump.txt:3: not an entry 'NAME (TAG): TYPE[COUNT]', values '[...]', header or comment: "
        "'android.lens.facing = 1'"},
@@ -250,8 +228,6 @@ TEST(MetaText, BadInputNamesFileLineAndProblemAndLoadsNothing) {
        "dump.txt:1: android.lens.facing is tag 80005 in the registry, not 80006"},
       {"android.lens.facing (80005): int32[1]\n[1 ]\n",
        "dump.txt:1: android.lens.facing is byte in the registry, but the dump says int32"},
-      {"android.lens.oldFacing (80005): int32[1]\n[1 ]\n",
-       "dump.txt:1: android.lens.oldFacing is byte in the registry, but the dump says int32"},
       {facing + "[1 ]\n\n" + facing + "[0 ]\n",
        "dump.txt:4: android.lens.facing is given twice; first at line 1"},
       {facing + "[1 ]\nandroid.lens.old (80005): byte[1]\n[0 ]\n",
@@ -275,38 +251,6 @@ TEST(MetaText, FileThatCannotBeOpenedIsAProblemOfTheWholeFile) {
   EXPECT_FALSE(metatext::ParseFile("/", &meta, &problem));  // opens, but cannot be read
   EXPECT_EQ(0u, problem.line);
   EXPECT_EQ(800, meta.find(ANDROID_SENSOR_SENSITIVITY).data.i32[0]);
-}
-
-// Damaged dumps must fail cleanly or load, never crash or half-load.
-TEST(MetaText, DamagedDumpsNeverHalfLoad) {
-  std::mt19937 random(7);
-  const std::string good = kEveryType;
-  const char alphabet[] = "[]()/#.:-+ \n0123456789eE.abcx\t";
-  for (int round = 0; round < 3000; ++round) {
-    std::string text = good;
-    for (int edits = 1 + round % 4; edits > 0; --edits) {
-      const size_t at = random() % text.size();
-      text[at] = alphabet[random() % (sizeof(alphabet) - 1)];
-    }
-    NvMetadata meta = Prefilled();
-    const Result result = Parse(text, &meta);
-    if (!result.ok) {
-      EXPECT_EQ(800, meta.find(ANDROID_SENSOR_SENSITIVITY).data.i32[0]) << text;
-      EXPECT_NE(0u, result.problem.line) << text;
-    }
-  }
-}
-
-TEST(MetaText, ShippedExampleLoadsWithoutNotes) {
-  for (const char* file : {"request.txt", "static_0.txt", "static_2.txt"}) {
-    NvMetadata meta;
-    metatext::Problem problem;
-    std::vector<metatext::Problem> notes;
-    ASSERT_TRUE(metatext::ParseFile(std::string(EXAMPLE_DIR) + "/" + file, &meta, &problem, &notes))
-        << problem.Message();
-    EXPECT_TRUE(notes.empty()) << notes.front().Message();
-    EXPECT_LT(0u, meta.entryCount()) << file;
-  }
 }
 
 }  // namespace

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
+#include <limits>
 
 #include "FakeAdapterControl.h"
 #include "MtkMetadataHelper.h"
@@ -29,6 +31,20 @@ Quad Q(const ChiRect& r) { return {r.left, r.top, r.width, r.height}; }
 Quad Q(const __UtilsImage_Rect& r) { return {r.left, r.top, r.width, r.height}; }
 Point P(const __UtilsImage_point& p) { return {p.x, p.y}; }
 std::string Bytes(const void* p, size_t n) { return std::string(static_cast<const char*>(p), n); }
+
+constexpr int32_t kIntMax = std::numeric_limits<int32_t>::max(),
+                  kIntMin = std::numeric_limits<int32_t>::min();
+constexpr float kHuge = 3.0e38f;
+
+// Frame result: four 80-word entries from word 96, each a camera id and, at word 4, its platform mode.
+I32 FrameResult(std::initializer_list<std::array<int, 3>> entries) {  // entry, camera, mode
+  I32 words(416, -9);
+  for (const auto& [entry, id, mode] : entries) {
+    words[96 + 80 * entry] = id;
+    words[100 + 80 * entry] = mode;
+  }
+  return words;
+}
 
 // Nine words per face: corners, three unused words, the angle, an unused word, the id.
 I32 Faces(const std::vector<Box>& b, const I32& angles) {
@@ -192,14 +208,9 @@ TEST_F(MtkTest, GammaTablesKeepTheDefaultsWithoutThePlatformCurve) {
   EXPECT_EQ("D 1362 gammaInfo.isGammaValid = 1", Last());
 }
 
-// Frame result: four 80-word entries from word 96, each a camera id and, at word 4, its mode.
 TEST_F(MtkTest, SensorModeTypeComesFromTheCamerasLastFrameResultEntry) {
-  I32 frameResult(416, -9);
-  for (auto [entry, id, mode] : {std::array<int, 3>{0, kCamera, 3}, {1, 1, 8}, {3, kCamera, 5}}) {
-    frameResult[96 + 80 * entry] = id;
-    frameResult[100 + 80 * entry] = mode;
-  }
-  Put(*meta, "com.nuvaro.camera.sensorpolicy.frameresult", frameResult);
+  Put(*meta, "com.nuvaro.camera.sensorpolicy.frameresult",
+      FrameResult({{0, kCamera, 3}, {1, 1, 8}, {3, kCamera, 5}}));
   nvholder::NVSENSORMODETYPE type = -1;
   ASSERT_EQ(0, helper.GetNuvaroSensorModeType(meta, &type));
   EXPECT_EQ("D 2103 fwkId: 5, sensorModeType 5 => 11", Last());
@@ -276,6 +287,29 @@ TEST_F(MtkCropTest, ShiftComesFromTheHolderFirstThenFromTheTag) {
     EXPECT_EQ(!found && tag.size() == 4, Last().back() == '1') << line << ": metaSuccess";
   }
   EXPECT_TRUE(Logged("I 952 get shift failed size = 3, from nuvaro.sr.shift.value..."));
+}
+
+// Floats convert as on the device: truncated, saturating at the int32 range, NaN as 0. Saturated
+// shifts would leave the sensor, so stay unapplied; doubled in in-sensor zoom they wrap, not overflow.
+TEST_F(MtkCropTest, FloatsBeyondInt32Saturate) {
+  const std::pair<float, int> lux[] = {
+      {123.9f, 123}, {kHuge, kIntMax}, {-kHuge, kIntMin}, {std::nanf(""), 0}, {2147483520.0f, 2147483520}};
+  for (auto [value, expected] : lux) {
+    Put(*meta, "com.nuvaro.statsconfigs.AecInfo", std::vector<float>{value});
+    int out = -1;
+    EXPECT_EQ(0, helper.GetLuxIndex(meta, &out));
+    EXPECT_EQ(expected, out) << value;
+  }
+  // x, y, pre-anchor (halves), unused; in-sensor zoom.
+  // clang-format off
+  const std::pair<std::vector<float>, bool> shifts[] = {
+      {{kHuge, kHuge, 0, 0}, false}, {{-kHuge, 0, 0, 0}, false}, {{std::nanf(""), 0, 0, 0}, false},
+      {{-kHuge, 0, 1, 0}, false},    {{1073741824.0f, 0, 0, 0}, true}};
+  // clang-format on
+  for (const auto& [shift, inSensorZoom] : shifts) {
+    Put(*meta, "nuvaro.sat.output.shift", shift);
+    EXPECT_EQ((inSensorZoom ? Quad{0, 0, 4000, 3000} : Q(kCentre)), Crop(inSensorZoom)) << shift[0];
+  }
 }
 
 TEST_F(MtkCropTest, MissingTimestampKeepsTheFittedCropAndFails) {
@@ -367,10 +401,6 @@ TEST_F(MtkTest, FocusRegionIsTheOnlyOrTheSecondRegion) {
   }
 }
 
-}  // namespace
-
-namespace {
-
 TEST_F(MtkTest, RawFaceRecordKeepsCornersWithTheLastFacesPitchAngleAndPose) {
   // words: corners, unused, pitch, angle, pose, id
   Put(*meta, "nuvaro.bokeh.faceInfo",
@@ -384,14 +414,15 @@ TEST_F(MtkTest, RawFaceRecordKeepsCornersWithTheLastFacesPitchAngleAndPose) {
             (Box{param.faces[0].x0, param.faces[0].y0, param.faces[0].x1, param.faces[0].y1}));
   EXPECT_EQ((I32{6, 180, 8}), (I32{param.pitch, param.angle, param.pose}));
   EXPECT_EQ((Quad{0, 0, 4000, 3000}), Q(param.activeArray));
-  // Sensor mode type 17 (platform mode 6) doubles the corners instead.
-  I32 frameResult(416, -1);
-  frameResult[96] = kCamera;
-  frameResult[100] = 6;
-  Put(*meta, "com.nuvaro.camera.sensorpolicy.frameresult", frameResult);
+  // Sensor mode type 17 (platform mode 6) doubles the corners instead, wrapping at the edges of int32.
+  Put(*meta, "com.nuvaro.camera.sensorpolicy.frameresult", FrameResult({{0, kCamera, 6}}));
   Put(*meta, "nuvaro.insensorzoom.status", I32{0});
   ASSERT_EQ(0, helper.GetFdData(meta, &param));
   EXPECT_EQ((Box{2200, 1600, 2600, 2000}),
+            (Box{param.faces[0].x0, param.faces[0].y0, param.faces[0].x1, param.faces[0].y1}));
+  Put(*meta, "nuvaro.bokeh.faceInfo", I32{0x40000000, -0x40000001, 3, 4, 0, 0, 0, 0, 0});
+  ASSERT_EQ(0, helper.GetFdData(meta, &param));
+  EXPECT_EQ((Box{kIntMin, 0x7FFFFFFE, 6, 8}),
             (Box{param.faces[0].x0, param.faces[0].y0, param.faces[0].x1, param.faces[0].y1}));
 }
 

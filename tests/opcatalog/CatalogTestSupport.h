@@ -1,5 +1,5 @@
-// A sink that records what it hears as flat "path=value" lines, and
-// containers holding every registered tag.
+// A sink that records what it hears as flat "path=value" lines, and a
+// container holding every registered tag.
 #pragma once
 
 #include <MetaTagWrapper.h>
@@ -8,9 +8,11 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "OperationCatalog.h"
+#include "RegisteredTags.h"
 
 namespace cattest {
 
@@ -86,38 +88,19 @@ class RecordingSink : public opcatalog::ValueSink {
 // fixed-size copy any operation makes; the physical-id list holds one id so
 // that its NUL-separated parse ends.
 inline std::shared_ptr<NvMetadata> FullContainer() {
+  static const std::vector<uint8_t> bytes(32768, 1);
+  static const std::vector<int32_t> ints(8192, 1);
+  static const std::vector<float> floats(8192, 1.0f);
+  static const std::vector<int64_t> longs(4096, 1);
+  static const std::vector<double> doubles(4096, 1.0);
+  static const std::vector<camera_metadata_rational> ratios(4096, camera_metadata_rational{1, 1});
+  // By TYPE_* code: the elements, and how many.
+  const std::pair<const void*, size_t> ones[NUM_TYPES] = {
+      {bytes.data(), bytes.size()}, {ints.data(), ints.size()},       {floats.data(), floats.size()},
+      {longs.data(), longs.size()}, {doubles.data(), doubles.size()}, {ratios.data(), ratios.size()}};
   auto meta = std::make_shared<NvMetadata>();
-  auto fill = [&meta](uint32_t tag, int type) {
-    static std::vector<uint8_t> bytes(32768, 1);
-    static std::vector<int32_t> ints(8192, 1);
-    static std::vector<float> floats(8192, 1.0f);
-    static std::vector<int64_t> longs(4096, 1);
-    static std::vector<double> doubles(4096, 1.0);
-    static std::vector<camera_metadata_rational> ratios(4096, camera_metadata_rational{1, 1});
-    switch (type) {
-      case TYPE_BYTE:
-        return meta->update(tag, bytes.data(), bytes.size());
-      case TYPE_INT32:
-        return meta->update(tag, ints.data(), ints.size());
-      case TYPE_FLOAT:
-        return meta->update(tag, floats.data(), floats.size());
-      case TYPE_INT64:
-        return meta->update(tag, longs.data(), longs.size());
-      case TYPE_DOUBLE:
-        return meta->update(tag, doubles.data(), doubles.size());
-      default:
-        return meta->update(tag, ratios.data(), ratios.size());
-    }
-  };
-#define CAMERA_METADATA_TAG(constant, number, name, type) fill(number, type);
-#include "system/camera_metadata_tags.def"
-#undef CAMERA_METADATA_TAG
-#define MTK_METADATA_TAG(constant, number, name, type) fill(number, type);
-#include "mtk/mtk_metadata_tags.def"
-#undef MTK_METADATA_TAG
-#define NV_VENDOR_TAG(number, name, type) fill(number, type);
-#include "nv_vendor_tags.def"
-#undef NV_VENDOR_TAG
+  for (const nvmetadata::TagInfo& tag : nvmetadata::kRegisteredTags)
+    meta->update(tag.tag, ones[tag.type].first, ones[tag.type].second);
   const uint8_t physicalIds[] = {'1', '\0'};
   meta->update(ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS, physicalIds, sizeof(physicalIds));
   return meta;

@@ -8,24 +8,57 @@
 
 #include <array>
 #include <atomic>
+#include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <thread>
+#include <vector>
 
+#include "CatalogTestSupport.h"
+#include "FakeAdapterControl.h"
+#include "MetaHelperManagerImpl.h"
 #include "MtkMetadataHelper.h"
-#include "StressAdapter.h"
-#include "StressSupport.h"
 #include "TagTable.h"
+
+extern "C" void* GetInstance();
 
 namespace {
 
 using metahelper::MetaPtr;
-using stress::Outcomes;
-using stress::Pass;
+// One line per operation: slot, name, result and the value it produced as
+// the catalogue describes it. Equal outcomes mean equal behaviour.
+using Outcomes = std::vector<std::string>;
 
 constexpr int kThreads = 16;
 constexpr int kChildRuns = 4;  // fresh processes per first-use test: races need chances
 constexpr long kShiftTimestamp = 42;
+
+// The cameras the adapter knows, camera kFullCamera of the zoom-EIS type, and a shift answer for
+// even timestamps only, so that a thread given another's answer, or none, shows.
+void SetUpAdapter() {
+  for (int32_t id = 0; id < 8; ++id) fakeadapter::SetCameraType(id, id == cattest::kFullCamera ? 20 : 1);
+  fakeadapter::SetShiftAnswer(true, 3, -2, 0, /*evenOnly=*/true);
+}
+
+Outcomes RunCatalogue(metahelper::metadataHelperBase& helper, const opcatalog::CallContext& context,
+                      bool writes) {
+  size_t count = 0;
+  const opcatalog::Operation* operations = opcatalog::Operations(&count);
+  Outcomes outcomes;
+  for (size_t i = 0; i < count; ++i) {
+    const opcatalog::Operation& operation = operations[i];
+    if ((operation.kind == opcatalog::Kind::Setter) != writes) continue;
+    cattest::RecordingSink sink;
+    opcatalog::CallContext call = context;
+    call.sink = &sink;
+    std::string line = std::to_string(operation.slot) + " " + operation.name + " -> " +
+                       std::to_string(operation.call(helper, call));
+    for (const std::string& value : sink.lines) line += " | " + value;
+    outcomes.push_back(line);
+  }
+  return outcomes;
+}
 
 opcatalog::CallContext FullContext(MetaPtr request) {
   opcatalog::CallContext context;
@@ -35,7 +68,33 @@ opcatalog::CallContext FullContext(MetaPtr request) {
   return context;
 }
 
-void UseStressAdapterUnlessNamed() { setenv("METAHELPER_ADAPTER_LIBRARY", STRESS_ADAPTER_LIBRARY, 0); }
+// Runs body(0) .. body(threads - 1) on as many threads, released together
+// once all of them are running, so their first steps truly overlap.
+template <typename Body>
+void RunTogether(Body body) {
+  std::atomic<int> arrived{0};
+  std::vector<std::thread> pool;
+  for (int i = 0; i < kThreads; ++i) {
+    pool.emplace_back([&arrived, &body, i] {
+      arrived.fetch_add(1);
+      while (arrived.load() < kThreads) std::this_thread::yield();
+      body(i);
+    });
+  }
+  for (std::thread& thread : pool) thread.join();
+}
+
+metahelper::MetaHelperManagerImpl& Manager() {
+  return *static_cast<metahelper::MetaHelperManagerImpl*>(GetInstance());
+}
+
+// For the bodies of child processes: a broken expectation ends the child
+// with status 1 and says why; the parent expects status 0.
+void ExitUnless(bool condition, const char* what) {
+  if (condition) return;
+  std::fprintf(stderr, "%s\n", what);
+  std::exit(1);
+}
 
 // ---- First use ----------------------------------------------------------------
 // Every thread's first GetInstance and GetMetadataHelper at once: one manager;
@@ -44,21 +103,21 @@ void UseStressAdapterUnlessNamed() { setenv("METAHELPER_ADAPTER_LIBRARY", STRESS
 void FirstCallsFromManyThreads() {
   std::array<void*, kThreads> managers{};
   std::array<std::shared_ptr<metahelper::metadataHelperBase>, kThreads> helpers;
-  stress::RunTogether(kThreads, [&](int i) {
+  RunTogether([&](int i) {
     managers[i] = GetInstance();
     helpers[i] = static_cast<metahelper::MetaHelperManagerImpl*>(managers[i])->GetMetadataHelper();
   });
-  const std::shared_ptr<metahelper::metadataHelperBase> kept = stress::Manager().GetMetadataHelper();
-  stress::ExitUnless(kept == stress::Manager().GetMetadataHelper(),
-                     "the kept helper changed after first use");
+  const std::shared_ptr<metahelper::metadataHelperBase> kept = Manager().GetMetadataHelper();
+  ExitUnless(kept == Manager().GetMetadataHelper(), "the kept helper changed after first use");
+  SetUpAdapter();
   StaticMetadataWraper::getInstance()->setStaticMetadata(cattest::kFullCamera, cattest::FullContainer());
   const MetaPtr request = cattest::FullContainer();
-  const Outcomes expected = stress::RunCatalogue(*kept, FullContext(request), Pass::kReads);
+  const Outcomes expected = RunCatalogue(*kept, FullContext(request), false);
   for (int i = 0; i < kThreads; ++i) {
-    stress::ExitUnless(managers[i] == GetInstance(), "threads saw different managers");
-    stress::ExitUnless(helpers[i] != nullptr, "a thread got no helper");
-    stress::ExitUnless(stress::RunCatalogue(*helpers[i], FullContext(request), Pass::kReads) == expected,
-                       "a helper handed out during the race behaves differently");
+    ExitUnless(managers[i] == GetInstance(), "threads saw different managers");
+    ExitUnless(helpers[i] != nullptr, "a thread got no helper");
+    ExitUnless(RunCatalogue(*helpers[i], FullContext(request), false) == expected,
+               "a helper handed out during the race behaves differently");
   }
   std::exit(0);
 }
@@ -79,26 +138,24 @@ TEST(FirstUse, ConcurrentFirstCallsShareOneManagerAndEquivalentHelpers) {
 // it, every record comes back as passed.
 void FirstAdapterUseFromManyThreads(const char* library, bool present) {
   setenv("METAHELPER_ADAPTER_LIBRARY", library, 1);
+  SetUpAdapter();
   constexpr int32_t kUntouched = 7;
   std::array<nvholder::ShiftData, kThreads> records{};
   std::array<int, kThreads> results{};
   metahelper::MtkMetadataHelper helper;
-  stress::RunTogether(kThreads, [&](int i) {
+  RunTogether([&](int i) {
     records[i].shiftX = records[i].shiftY = kUntouched;
-    results[i] =
-        helper.GetShiftDataFromHolder(kShiftTimestamp + i, i % stressadapter::kKnownCameras, &records[i]);
+    results[i] = helper.GetShiftDataFromHolder(kShiftTimestamp + i, i % 8, &records[i]);
   });
-  stress::ExitUnless(stressadapter::EntryCalls() == (present ? 1 : 0),
-                     "the adapter was not loaded exactly once");
-  stress::ExitUnless(stressadapter::Initializations() == (present ? 1 : 0),
-                     "the adapter was not initialised once");
+  ExitUnless(fakeadapter::GetInstanceCount() == (present ? 1 : 0), "the adapter was not loaded exactly once");
+  ExitUnless(fakeadapter::InitializeCount() == (present ? 1 : 0), "the adapter was not initialised once");
+  ExitUnless(fakeadapter::QueryCount() == (present ? kThreads : 0), "queries lost or added");
   for (int i = 0; i < kThreads; ++i) {
-    const stressadapter::Answer answer = stressadapter::AnswerFor(kShiftTimestamp + i);
-    const bool answered = present && answer.found;
-    stress::ExitUnless(results[i] == 0, "a shift query failed");
-    stress::ExitUnless(records[i].shiftX == (answered ? answer.shiftX : kUntouched) &&
-                           records[i].shiftY == (answered ? answer.shiftY : kUntouched),
-                       "a shift record differs from the adapter's answer");
+    const bool answered = present && (kShiftTimestamp + i) % 2 == 0;
+    ExitUnless(results[i] == 0, "a shift query failed");
+    ExitUnless(
+        records[i].shiftX == (answered ? 3 : kUntouched) && records[i].shiftY == (answered ? -2 : kUntouched),
+        "a shift record differs from the adapter's answer");
   }
   std::exit(0);
 }
@@ -106,8 +163,7 @@ void FirstAdapterUseFromManyThreads(const char* library, bool present) {
 TEST(FirstUse, ConcurrentFirstAdapterUseLoadsOnce) {
   FreshChildProcesses();
   for (int run = 0; run < kChildRuns; ++run)
-    EXPECT_EXIT(FirstAdapterUseFromManyThreads(STRESS_ADAPTER_LIBRARY, true), ::testing::ExitedWithCode(0),
-                "")
+    EXPECT_EXIT(FirstAdapterUseFromManyThreads(ADAPTER_LIBRARY, true), ::testing::ExitedWithCode(0), "")
         << "run " << run;
 }
 
@@ -120,78 +176,65 @@ TEST(FirstUse, ConcurrentRetriesWithoutAdapterLeaveRecordsAlone) {
 }
 
 // ---- Steady use ---------------------------------------------------------------
-// Every level on, both sinks counted, nothing printed; restored afterwards.
-class CountedLogs {
- public:
-  CountedLogs() : saved_{gNvCamLogLevel, gNvCamOfflineLogLevel, gNvCamDebugMask} {
-    gNvCamLogLevel = gNvCamOfflineLogLevel = 0;
-    gNvCamDebugMask = 1;
-    nvdebug::setOnlineObserver([this](const nvdebug::LogRecord&) { return ++online_, 1; });
-    nvdebug::setOfflineObserver([this](const nvdebug::LogRecord&) { ++offline_; });
-  }
-  ~CountedLogs() {
-    nvdebug::setOnlineObserver({});
-    nvdebug::setOfflineObserver({});
-    gNvCamLogLevel = saved_[0];
-    gNvCamOfflineLogLevel = saved_[1];
-    gNvCamDebugMask = saved_[2];
-  }
-  long Online() const { return online_.load(); }
-  long Offline() const { return offline_.load(); }
-
- private:
-  uint32_t saved_[3];
-  std::atomic<long> online_{0}, offline_{0};
-};
-
-struct Reference {
+struct Round {
   Outcomes reads, nullReads, writes;
   MetaPtr written, second;  // the containers after the writes
 };
 
 // One round as each thread runs it: reads of the shared request with real and
 // null outputs, then the setters on fresh copies of their own.
-Reference RunRound(metahelper::metadataHelperBase& helper, const MetaPtr& request) {
-  Reference round;
+Round RunRound(metahelper::metadataHelperBase& helper, const MetaPtr& request) {
+  Round round;
   opcatalog::CallContext context = FullContext(request);
-  round.reads = stress::RunCatalogue(helper, context, Pass::kReads);
+  round.reads = RunCatalogue(helper, context, false);
   context.nullOutputs = true;
-  round.nullReads = stress::RunCatalogue(helper, context, Pass::kReads);
+  round.nullReads = RunCatalogue(helper, context, false);
   context = FullContext(std::make_shared<NvMetadata>(*request));
   context.second = std::make_shared<NvMetadata>();
-  round.writes = stress::RunCatalogue(helper, context, Pass::kWrites);
+  round.writes = RunCatalogue(helper, context, true);
   round.written = context.request;
   round.second = context.second;
   return round;
 }
 
-bool SameRound(const Reference& a, const Reference& b) {
+bool SameRound(const Round& a, const Round& b) {
   return a.reads == b.reads && a.nullReads == b.nullReads && a.writes == b.writes &&
          tagtable::SameContent(*a.written, *b.written) && tagtable::SameContent(*a.second, *b.second);
 }
 
 TEST(SteadyUse, ThreadsSharingARequestSeeWhatOneThreadSees) {
   constexpr int kRounds = 6;
-  UseStressAdapterUnlessNamed();
+  setenv("METAHELPER_ADAPTER_LIBRARY", ADAPTER_LIBRARY, 0);
+  SetUpAdapter();
   StaticMetadataWraper::getInstance()->setStaticMetadata(cattest::kFullCamera, cattest::FullContainer());
   const MetaPtr request = cattest::FullContainer();
   const MetaPtr pristine = std::make_shared<NvMetadata>(*request);
-  const std::shared_ptr<metahelper::metadataHelperBase> helper = stress::Manager().GetMetadataHelper();
-  CountedLogs logs;
-  const Reference expected = RunRound(*helper, request);
-  const long onlinePerRound = logs.Online(), offlinePerRound = logs.Offline();
-  ASSERT_GT(expected.reads.size(), 100u);
+  const std::shared_ptr<metahelper::metadataHelperBase> helper = Manager().GetMetadataHelper();
+  // Every level on, both sinks counted, nothing printed.
+  const uint32_t saved[] = {gNvCamLogLevel, gNvCamOfflineLogLevel, gNvCamDebugMask};
+  gNvCamLogLevel = gNvCamOfflineLogLevel = 0;
+  gNvCamDebugMask = 1;
+  std::atomic<long> online{0}, offline{0};
+  nvdebug::setOnlineObserver([&online](const nvdebug::LogRecord&) { return ++online, 1; });
+  nvdebug::setOfflineObserver([&offline](const nvdebug::LogRecord&) { ++offline; });
 
+  const Round expected = RunRound(*helper, request);
+  const long onlinePerRound = online.load(), offlinePerRound = offline.load();
+  EXPECT_GT(expected.reads.size(), 100u);
   std::array<int, kThreads> mismatches{};
-  stress::RunTogether(kThreads, [&](int i) {
+  RunTogether([&](int i) {
     for (int round = 0; round < kRounds; ++round)
       mismatches[i] += !SameRound(RunRound(*helper, request), expected);
   });
+
+  nvdebug::setOnlineObserver({});
+  nvdebug::setOfflineObserver({});
+  gNvCamLogLevel = saved[0], gNvCamOfflineLogLevel = saved[1], gNvCamDebugMask = saved[2];
   for (int i = 0; i < kThreads; ++i)
     EXPECT_EQ(0, mismatches[i]) << "rounds of thread " << i << " that differed";
   EXPECT_TRUE(tagtable::SameContent(*request, *pristine)) << "reads changed the shared request";
-  EXPECT_EQ(onlinePerRound * (1 + kThreads * kRounds), logs.Online()) << "messages lost or added under load";
-  EXPECT_EQ(offlinePerRound * (1 + kThreads * kRounds), logs.Offline());
+  EXPECT_EQ(onlinePerRound * (1 + kThreads * kRounds), online.load()) << "messages lost or added under load";
+  EXPECT_EQ(offlinePerRound * (1 + kThreads * kRounds), offline.load());
   StaticMetadataWraper::getInstance()->clear();
 }
 
