@@ -58,12 +58,7 @@ constexpr uint64_t key(const char* name, size_t length) {
 // no two names share a slot) moves the key's slot. A name that is not
 // registered lands on some slot and fails the key or the text compare.
 constexpr size_t kTagCount = kRegisteredTagCount;
-constexpr size_t tableBits() {
-  size_t bits = 4;
-  while ((size_t{1} << bits) < 2 * kTagCount) ++bits;
-  return bits;
-}
-constexpr size_t kTableBits = tableBits();
+constexpr size_t kTableBits = registryTableBits();
 constexpr size_t kTableSize = size_t{1} << kTableBits;
 constexpr size_t kBucketBits = kTableBits - 1;
 constexpr size_t kBucketCount = size_t{1} << kBucketBits;

@@ -26,6 +26,13 @@ inline constexpr TagInfo kRegisteredTags[] = {
 };
 inline constexpr size_t kRegisteredTagCount = sizeof(kRegisteredTags) / sizeof(kRegisteredTags[0]);
 
+// Bits of a lookup table with a slot for every tag, at most half full.
+constexpr size_t registryTableBits() {
+  size_t bits = 4;
+  while ((size_t{1} << bits) < 2 * kRegisteredTagCount) ++bits;
+  return bits;
+}
+
 }  // namespace nvmetadata
 
 #endif  // PLATFORM_METADATAUTILS_REGISTEREDTAGS_H

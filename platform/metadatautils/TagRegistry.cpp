@@ -47,12 +47,7 @@ static_assert(noTagIsAllOnes(), "tag number 0xFFFFFFFF is reserved");
 // Numbers: an open-addressed hash table at most half full, computed at build
 // time: no locks, no initialisation order, no allocation, and a lookup costs
 // one hash and usually one probe. Names have their own table (NameTable.h).
-constexpr size_t tableBits() {
-  size_t bits = 4;
-  while ((size_t{1} << bits) < 2 * kTagCount) ++bits;
-  return bits;
-}
-constexpr size_t kTableBits = tableBits();
+constexpr size_t kTableBits = registryTableBits();
 constexpr size_t kTableSize = size_t{1} << kTableBits;
 constexpr size_t kTableMask = kTableSize - 1;
 constexpr uint16_t kFreeSlot = 0xFFFF;
