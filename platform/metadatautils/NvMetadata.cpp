@@ -71,28 +71,17 @@ camera_metadata_ro_entry NvMetadata::find(const char* name) const {
   return info != nullptr ? find(info->tag) : absentEntry(0);
 }
 
-// The probe of slotOf, written out so that a hit goes straight to its result;
-// as there, a search for kFreeTag stops at a free slot, which has no count.
 camera_metadata_ro_entry NvMetadata::find(unsigned int tag) const {
-  if (mEntryCount != 0) {
-    const Entry* const slots = mSlots.data();
-    const size_t mask = mMask;
-    for (size_t slot = homeSlot(tag);; slot = (slot + 1) & mask) {
-      const Entry& entry = slots[slot];
-      if (entry.tag == tag) {
-        if (entry.count == 0) break;
-        camera_metadata_ro_entry result;
-        result.index = slot;
-        result.tag = entry.tag;
-        result.type = entry.type;
-        result.count = entry.count;
-        result.data.u8 = reinterpret_cast<const uint8_t*>(entry.words.data());
-        return result;
-      }
-      if (entry.tag == kFreeTag) break;
-    }
-  }
-  return absentEntry(tag);
+  const size_t slot = slotOf(tag);
+  if (slot == kNoSlot || mSlots[slot].count == 0) return absentEntry(tag);  // a free slot has no count
+  const Entry& entry = mSlots[slot];
+  camera_metadata_ro_entry result;
+  result.index = slot;
+  result.tag = entry.tag;
+  result.type = entry.type;
+  result.count = entry.count;
+  result.data.u8 = reinterpret_cast<const uint8_t*>(entry.words.data());
+  return result;
 }
 
 int NvMetadata::getTagFromName(const char* name, unsigned int* tag) {
