@@ -32,13 +32,18 @@ constexpr size_t length(const char* name) {
   return length;
 }
 
-// Names share long prefixes ("com.nuvaro.camera."), so the hash samples the
-// last eight bytes and eight from the middle; names under eight bytes are
-// hashed byte by byte.
+// Names share long prefixes ("com.nuvaro.camera.") and long suffixes
+// ("StreamConfigurationsMaximumResolution" of the depth and jpegr sections),
+// so the hash samples the last eight bytes, eight from the middle and the
+// eight after "android.", where section names differ, and mixes in the
+// length, which tells apart names that differ only where no sample looks
+// ("maxNumInputStreams", "maxNumOutputStreams"). Names under sixteen bytes,
+// none of them registered, are hashed byte by byte.
+constexpr size_t kShortName = 16;
 constexpr uint64_t hash(const char* name, size_t length) {
-  if (length >= 8)
-    return load64(name + length - 8) * 0x9E3779B97F4A7C15ull ^
-           load64(name + (length - 8) / 2) * 0xC2B2AE3D27D4EB4Full;
+  if (length >= kShortName)
+    return (load64(name + length - 8) + length) * 0x9E3779B97F4A7C15ull ^
+           (load64(name + (length - 8) / 2) + load64(name + 8)) * 0xC2B2AE3D27D4EB4Full;
   uint64_t hash = 0xCBF29CE484222325ull;
   for (size_t i = 0; i < length; ++i) hash = (hash ^ static_cast<unsigned char>(name[i])) * 0x100000001B3ull;
   return hash;
@@ -72,14 +77,12 @@ constexpr size_t slotOf(uint64_t key, uint16_t displacement) {
 }
 
 // A free slot has key 0 and no tag; no name has key 0 (checked below), so a
-// free slot never matches and the build tells free slots by their key.
-struct Slot {
-  uint64_t key;
-  const TagInfo* info;
-};
-
+// free slot never matches and the build tells free slots by their key. Keys
+// and tags sit in arrays of their own: a slot number then addresses both
+// with an 8-byte scale, with no multiplication.
 struct Table {
-  std::array<Slot, kTableSize> slots;
+  std::array<uint64_t, kTableSize> keys;
+  std::array<const TagInfo*, kTableSize> infos;
   std::array<uint16_t, kBucketCount> displacement;
 };
 
@@ -91,25 +94,46 @@ constexpr std::array<uint64_t, kTagCount> registeredKeys() {
 }
 inline constexpr std::array<uint64_t, kTagCount> kKeys = registeredKeys();
 
+// The registered names grouped by bucket: the names of bucket b are
+// members[first[b]] .. members[first[b + 1] - 1]. Placing a bucket then looks
+// at its own few names only, which keeps the build's evaluation short.
+struct Buckets {
+  std::array<size_t, kBucketCount + 1> first;
+  std::array<uint16_t, kTagCount> members;
+};
+
+constexpr Buckets groupByBucket() {
+  Buckets buckets{};
+  for (uint64_t key : kKeys) ++buckets.first[bucketOf(key) + 1];
+  for (size_t b = 0; b < kBucketCount; ++b) buckets.first[b + 1] += buckets.first[b];
+  std::array<size_t, kBucketCount> filled{};
+  for (size_t i = 0; i < kTagCount; ++i) {
+    const size_t b = bucketOf(kKeys[i]);
+    buckets.members[buckets.first[b] + filled[b]++] = static_cast<uint16_t>(i);
+  }
+  return buckets;
+}
+
 // Whether every name of the bucket finds a free slot, each a different one.
-constexpr bool bucketFits(const Table& table, size_t bucket, uint16_t displacement) {
-  std::array<bool, kTableSize> taken{};
-  for (uint64_t key : kKeys) {
-    if (bucketOf(key) != bucket) continue;
-    const size_t slot = slotOf(key, displacement);
-    if (table.slots[slot].key != 0 || taken[slot]) return false;
-    taken[slot] = true;
+constexpr bool bucketFits(const Table& table, const Buckets& buckets, size_t bucket, uint16_t displacement) {
+  for (size_t m = buckets.first[bucket]; m < buckets.first[bucket + 1]; ++m) {
+    const size_t slot = slotOf(kKeys[buckets.members[m]], displacement);
+    if (table.keys[slot] != 0) return false;
+    for (size_t earlier = buckets.first[bucket]; earlier < m; ++earlier) {
+      if (slotOf(kKeys[buckets.members[earlier]], displacement) == slot) return false;
+    }
   }
   return true;
 }
 
-constexpr void placeBucket(Table& table, size_t bucket) {
+constexpr void placeBucket(Table& table, const Buckets& buckets, size_t bucket) {
   for (uint16_t displacement = 0; displacement < kTableSize; ++displacement) {
-    if (!bucketFits(table, bucket, displacement)) continue;
+    if (!bucketFits(table, buckets, bucket, displacement)) continue;
     table.displacement[bucket] = displacement;
-    for (size_t i = 0; i < kTagCount; ++i) {
-      if (bucketOf(kKeys[i]) == bucket)
-        table.slots[slotOf(kKeys[i], displacement)] = {kKeys[i], &kRegisteredTags[i]};
+    for (size_t m = buckets.first[bucket]; m < buckets.first[bucket + 1]; ++m) {
+      const size_t i = buckets.members[m];
+      table.keys[slotOf(kKeys[i], displacement)] = kKeys[i];
+      table.infos[slotOf(kKeys[i], displacement)] = &kRegisteredTags[i];
     }
     return;
   }
@@ -120,12 +144,13 @@ constexpr void placeBucket(Table& table, size_t bucket) {
 constexpr Table buildTable() {
   Table table{};
   for (uint16_t& displacement : table.displacement) displacement = kNoDisplacement;
-  std::array<size_t, kBucketCount> sizes{};
+  const Buckets buckets = groupByBucket();
   size_t largest = 0;
-  for (uint64_t key : kKeys) largest = std::max(largest, ++sizes[bucketOf(key)]);
+  for (size_t b = 0; b < kBucketCount; ++b)
+    largest = std::max(largest, buckets.first[b + 1] - buckets.first[b]);
   for (size_t size = largest; size > 0; --size) {
     for (size_t bucket = 0; bucket < kBucketCount; ++bucket) {
-      if (sizes[bucket] == size) placeBucket(table, bucket);
+      if (buckets.first[bucket + 1] - buckets.first[bucket] == size) placeBucket(table, buckets, bucket);
     }
   }
   return table;
@@ -136,8 +161,8 @@ constexpr bool everyNameHasItsSlot() {
   for (size_t i = 0; i < kTagCount; ++i) {
     const uint16_t displacement = kTable.displacement[bucketOf(kKeys[i])];
     if (length(kRegisteredTags[i].name) >= kMaxLength || displacement == kNoDisplacement ||
-        kTable.slots[slotOf(kKeys[i], displacement)].key != kKeys[i] ||
-        kTable.slots[slotOf(kKeys[i], displacement)].info->tag != kRegisteredTags[i].tag)
+        kTable.keys[slotOf(kKeys[i], displacement)] != kKeys[i] ||
+        kTable.infos[slotOf(kKeys[i], displacement)]->tag != kRegisteredTags[i].tag)
       return false;
   }
   return true;
@@ -145,19 +170,20 @@ constexpr bool everyNameHasItsSlot() {
 static_assert(key("", 0) != 0, "the empty name's key must not match a free slot");
 static_assert(everyNameHasItsSlot(), "a registered name is too long or shares its key: change the hash");
 
-inline const Slot& slotFor(uint64_t key) {
-  return kTable.slots[slotOf(key, kTable.displacement[bucketOf(key)])];
-}
+inline size_t slotFor(uint64_t key) { return slotOf(key, kTable.displacement[bucketOf(key)]); }
 
 // The slot's tag when the name is its tag's whole name, else null. The key
 // holds the length, so a match means both texts have `length` bytes.
-inline const TagInfo* confirm(const Slot& slot, uint64_t wanted, const char* name, size_t length) {
-  if (slot.key != wanted) return nullptr;
-  return memcmp(slot.info->name, name, length) == 0 ? slot.info : nullptr;
+inline const TagInfo* confirm(size_t slot, uint64_t wanted, const char* name, size_t length) {
+  if (kTable.keys[slot] != wanted) return nullptr;
+  const TagInfo* info = kTable.infos[slot];
+  return memcmp(info->name, name, length) == 0 ? info : nullptr;
 }
 
-// Names under eight bytes, off the common path.
-__attribute__((noinline)) inline const TagInfo* findShort(const char* name, size_t length) {
+// Names under sixteen bytes, and names too long to register, off the common
+// path.
+__attribute__((noinline)) inline const TagInfo* findUncommon(const char* name, size_t length) {
+  if (length >= kMaxLength) return nullptr;
   const uint64_t wanted = key(name, length);
   return confirm(slotFor(wanted), wanted, name, length);
 }
@@ -166,8 +192,8 @@ __attribute__((noinline)) inline const TagInfo* findShort(const char* name, size
 inline const TagInfo* find(const char* name) {
   if (name == nullptr) return nullptr;
   const size_t length = strlen(name);
-  if (length < 8) return findShort(name, length);
-  if (length >= kMaxLength) return nullptr;
+  // One unsigned compare sends both short and overlong names aside.
+  if (length - kShortName >= kMaxLength - kShortName) return findUncommon(name, length);
   const uint64_t wanted = key(name, length);
   return confirm(slotFor(wanted), wanted, name, length);
 }

@@ -2,9 +2,12 @@
 
 #include <string.h>
 
+#include <algorithm>
+#include <atomic>
 #include <utility>
 
 #include "NameTable.h"
+#include "NvVendorTags.h"
 #include "TagRegistry.h"
 
 namespace {
@@ -49,7 +52,28 @@ camera_metadata_ro_entry absentEntry(uint32_t tag) {
   return entry;
 }
 
+// Consulted only after the built-in registry missed, so registered tags never
+// pay for it.
+std::atomic<const NvVendorTagTable*> gVendorTags{nullptr};
+
+const NvVendorTagTable* vendorTags() { return gVendorTags.load(std::memory_order_acquire); }
+
 }  // namespace
+
+NvMetadata::NvMetadata(const NvMetadata& other) { copyEntries(other); }
+
+NvMetadata& NvMetadata::operator=(const NvMetadata& other) {
+  if (this != &other) copyEntries(other);
+  return *this;
+}
+
+// The observer stays with the object it was set on.
+void NvMetadata::copyEntries(const NvMetadata& other) {
+  mSlots = other.mSlots;
+  mEntryCount = other.mEntryCount;
+  mMask = other.mMask;
+  mShift = other.mShift;
+}
 
 // The count and the table's shape travel with the table, so the container
 // moved from is left empty and usable, never with a count but no slots.
@@ -66,12 +90,57 @@ NvMetadata& NvMetadata::operator=(NvMetadata&& other) noexcept {
   return *this;
 }
 
-camera_metadata_ro_entry NvMetadata::find(const char* name) const {
+// A name the registry does not know, off the common path: the vendor table,
+// if one is installed.
+__attribute__((noinline)) static unsigned int vendorTagOfName(const char* name) {
+  unsigned int tag = NvMetadata::kUnknownTag;
+  const NvVendorTagTable* table = vendorTags();
+  if (table != nullptr && name != nullptr) table->tagOf(name, &tag);
+  return tag;
+}
+
+static unsigned int tagOfName(const char* name) {
   const nvmetadata::TagInfo* info = nvmetadata::names::find(name);
-  return info != nullptr ? find(info->tag) : absentEntry(0);
+  return info != nullptr ? info->tag : vendorTagOfName(name);
+}
+
+// Both finds test for an observer first and leave the observed lookup out of
+// line, so an unobserved find, every getter's, pays one compare for it.
+camera_metadata_ro_entry NvMetadata::find(const char* name) const {
+  if (__builtin_expect(mObserver != nullptr, 0)) return findObserved(tagOfName(name), name);
+  if (const nvmetadata::TagInfo* info = nvmetadata::names::find(name)) return entryOf(info->tag);
+  const unsigned int tag = vendorTagOfName(name);
+  return tag != kUnknownTag ? entryOf(tag) : absentEntry(0);
 }
 
 camera_metadata_ro_entry NvMetadata::find(unsigned int tag) const {
+  if (__builtin_expect(mObserver == nullptr, 1)) return entryOf(tag);
+  return findObserved(tag, nullptr);
+}
+
+void NvMetadata::setLookupObserver(LookupObserver observer, void* context) {
+  mObserver = observer;
+  mObserverContext = context;
+}
+
+camera_metadata_ro_entry NvMetadata::findObserved(unsigned int tag, const char* name) const {
+  const bool known = tag != kUnknownTag;
+  const camera_metadata_ro_entry entry = known ? entryOf(tag) : absentEntry(0);
+  mObserver(mObserverContext, *this, Lookup{tag, name, known && slotOf(tag) != kNoSlot, entry.count});
+  return entry;
+}
+
+std::vector<unsigned int> NvMetadata::tags() const {
+  std::vector<unsigned int> tags;
+  tags.reserve(mEntryCount);
+  for (const Entry& entry : mSlots) {
+    if (entry.tag != kFreeTag) tags.push_back(entry.tag);
+  }
+  std::sort(tags.begin(), tags.end());
+  return tags;
+}
+
+camera_metadata_ro_entry NvMetadata::entryOf(uint32_t tag) const {
   const size_t slot = slotOf(tag);
   if (slot == kNoSlot || mSlots[slot].count == 0) return absentEntry(tag);  // a free slot has no count
   const Entry& entry = mSlots[slot];
@@ -85,21 +154,57 @@ camera_metadata_ro_entry NvMetadata::find(unsigned int tag) const {
 }
 
 int NvMetadata::getTagFromName(const char* name, unsigned int* tag) {
+  if (name == nullptr || tag == nullptr) return kFailure;
   const nvmetadata::TagInfo* info = nvmetadata::names::find(name);
-  if (info == nullptr || tag == nullptr) return kFailure;
-  *tag = info->tag;
-  return 0;
+  if (info != nullptr) {
+    *tag = info->tag;
+    return 0;
+  }
+  const NvVendorTagTable* table = vendorTags();
+  return table != nullptr ? table->tagOf(name, tag) : kFailure;
 }
 
 int NvMetadata::getTagType(unsigned int tag) {
   const nvmetadata::TagInfo* info = nvmetadata::findTagByNumber(tag);
-  return info != nullptr ? info->type : -1;
+  if (info != nullptr) return info->type;
+  const NvVendorTagTable* table = vendorTags();
+  return table != nullptr ? table->typeOf(tag) : -1;
 }
 
 const char* NvMetadata::getTagName(unsigned int tag) {
   const nvmetadata::TagInfo* info = nvmetadata::findTagByNumber(tag);
-  return info != nullptr ? info->name : nullptr;
+  if (info != nullptr) return info->name;
+  const NvVendorTagTable* table = vendorTags();
+  return table != nullptr ? table->nameOf(tag) : nullptr;
 }
+
+int NvMetadata::getTagEnumValue(unsigned int tag, const char* name, size_t length, int64_t* value) {
+  size_t count = 0;
+  const nvmetadata::EnumName* names = nvmetadata::enumNamesOf(tag, &count);
+  if (name == nullptr || value == nullptr) return kFailure;
+  for (size_t i = 0; i < count; ++i) {
+    if (strncmp(names[i].name, name, length) == 0 && names[i].name[length] == '\0') {
+      *value = names[i].value;
+      return 0;
+    }
+  }
+  return kFailure;
+}
+
+const char* NvMetadata::getTagEnumName(unsigned int tag, int64_t value) {
+  size_t count = 0;
+  const nvmetadata::EnumName* names = nvmetadata::enumNamesOf(tag, &count);
+  for (size_t i = 0; i < count; ++i) {
+    if (names[i].value == value) return names[i].name;
+  }
+  return nullptr;
+}
+
+void NvMetadata::setVendorTagTable(const NvVendorTagTable* table) {
+  gVendorTags.store(table, std::memory_order_release);
+}
+
+const NvVendorTagTable* NvMetadata::getVendorTagTable() { return vendorTags(); }
 
 int NvMetadata::update(unsigned int tag, const uint8_t* data, unsigned long count) {
   return store(tag, ElementType<uint8_t>::code, data, count);

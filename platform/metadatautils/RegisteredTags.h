@@ -1,4 +1,5 @@
-// Every tag of the registry in one table: number, full name, element type.
+// Every tag of the registry in one table: number, full name, element type;
+// and the names of enum values.
 // Android, MediaTek and framework vendor tags all come from their .def
 // files, so each tag is declared exactly once. The registry's lookups are
 // built from this table; tools and tests that walk every tag read it too.
@@ -25,6 +26,15 @@ inline constexpr TagInfo kRegisteredTags[] = {
 #undef NV_VENDOR_TAG
 };
 inline constexpr size_t kRegisteredTagCount = sizeof(kRegisteredTags) / sizeof(kRegisteredTags[0]);
+
+// The printer's names for the values of Android enum tags; vendor tags have
+// none. The rows of a tag follow each other, tags in number order.
+inline constexpr EnumName kEnumNames[] = {
+#define CAMERA_METADATA_ENUM(constant, name, value) {constant, name, value},
+#include "camera_metadata_enums.def"
+#undef CAMERA_METADATA_ENUM
+};
+inline constexpr size_t kEnumNameCount = sizeof(kEnumNames) / sizeof(kEnumNames[0]);
 
 // Bits of a lookup table with a slot for every tag, at most half full.
 constexpr size_t registryTableBits() {

@@ -2,6 +2,7 @@
 
 #include <string.h>
 
+#include <algorithm>
 #include <array>
 
 #include "NameTable.h"
@@ -13,26 +14,6 @@ namespace {
 constexpr const TagInfo* kTags = kRegisteredTags;
 constexpr size_t kTagCount = kRegisteredTagCount;
 
-constexpr bool sameName(const char* a, const char* b) {
-  while (*a != '\0' && *a == *b) {
-    ++a;
-    ++b;
-  }
-  return *a == *b;
-}
-
-// A repeated number or name would make one of the two tags unreachable, so
-// reject the table at build time rather than resolve to the wrong tag.
-constexpr bool allTagsDistinct() {
-  for (size_t i = 0; i < kTagCount; ++i) {
-    for (size_t j = i + 1; j < kTagCount; ++j) {
-      if (kTags[i].tag == kTags[j].tag || sameName(kTags[i].name, kTags[j].name)) return false;
-    }
-  }
-  return true;
-}
-static_assert(allTagsDistinct(), "tag registry repeats a tag number or name");
-
 // 0xFFFFFFFF means "not declared" to the index wrapper and "free slot" to the
 // container's hash table; a tag with that number could never be stored.
 constexpr bool noTagIsAllOnes() {
@@ -42,6 +23,16 @@ constexpr bool noTagIsAllOnes() {
   return true;
 }
 static_assert(noTagIsAllOnes(), "tag number 0xFFFFFFFF is reserved");
+
+// Enum names are found by a binary search on the tag, so a tag's rows must
+// follow each other and tags must come in number order.
+constexpr bool enumNamesInTagOrder() {
+  for (size_t i = 1; i < kEnumNameCount; ++i) {
+    if (kEnumNames[i].tag < kEnumNames[i - 1].tag) return false;
+  }
+  return true;
+}
+static_assert(enumNamesInTagOrder(), "enum names must be grouped by tag, tags in number order");
 
 // ---- Lookup tables, built by the compiler --------------------------------
 // Numbers: an open-addressed hash table at most half full, computed at build
@@ -77,6 +68,24 @@ constexpr NumberTable buildNumberTable() {
 
 constexpr NumberTable kNumberTable = buildNumberTable();
 
+constexpr size_t indexOfNumber(uint32_t tag) {
+  size_t slot = numberSlot(tag);
+  while (kNumberTable[slot].index != kFreeSlot && kNumberTable[slot].tag != tag)
+    slot = (slot + 1) & kTableMask;
+  return kNumberTable[slot].index;
+}
+
+// A repeated number would make the later tag unreachable, so the build stops
+// rather than resolve it to the wrong tag. (A repeated name cannot get a slot
+// of its own in the name table, whose own check stops the build.)
+constexpr bool everyNumberFindsItsTag() {
+  for (size_t i = 0; i < kTagCount; ++i) {
+    if (indexOfNumber(kTags[i].tag) != i) return false;
+  }
+  return true;
+}
+static_assert(everyNumberFindsItsTag(), "tag registry repeats a tag number");
+
 }  // namespace
 
 const TagInfo* findTagByName(const char* name) { return names::find(name); }
@@ -87,6 +96,16 @@ const TagInfo* findTagByNumber(uint32_t tag) {
     if (entry.index == kFreeSlot) return nullptr;
     if (entry.tag == tag) return &kTags[entry.index];
   }
+}
+
+const EnumName* enumNamesOf(uint32_t tag, size_t* count) {
+  const EnumName* end = kEnumNames + kEnumNameCount;
+  const auto byTag = [](const EnumName& row, uint32_t wanted) { return row.tag < wanted; };
+  const EnumName* first = std::lower_bound(kEnumNames, end, tag, byTag);
+  const EnumName* last = first;
+  while (last != end && last->tag == tag) ++last;
+  *count = static_cast<size_t>(last - first);
+  return *count != 0 ? first : nullptr;
 }
 
 }  // namespace nvmetadata

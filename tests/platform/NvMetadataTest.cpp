@@ -7,6 +7,8 @@
 
 #include <atomic>
 #include <new>
+#include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -153,7 +155,7 @@ TEST(NvMetadataTable, NumbersThatAreNoTagAreNeverFound) {
   NvMetadata empty, full;
   PutAll(full);
   const int32_t value = 1;
-  for (uint32_t tag : {0xFFFFFFFFu, 0xFFFFFFFEu, 0x4u, 0xA000FFFFu}) {
+  for (uint32_t tag : {0xFFFFFFFFu, 0xFFFFFFFEu, 0x5u, 0xA000FFFFu}) {
     for (NvMetadata* meta : {&empty, &full}) {
       EXPECT_TRUE(meta->find(tag).count == 0 && meta->find(tag).data.u8 == nullptr) << std::hex << tag;
       EXPECT_NE(0, meta->erase(tag)) << std::hex << tag;
@@ -161,6 +163,50 @@ TEST(NvMetadataTable, NumbersThatAreNoTagAreNeverFound) {
     }
   }
   EXPECT_EQ(kTagCount, full.entryCount());
+}
+
+// A tool learns every tag an answer rested on from the container it gave.
+TEST(NvMetadata, LookupObserverHearsEveryFindOfItsOwnContainer) {
+  using Lookup = NvMetadata::Lookup;
+  struct Heard {
+    std::vector<std::tuple<unsigned int, std::string, bool, size_t>> lookups;
+  } heard;
+  const auto listen = [](void* context, const NvMetadata&, const Lookup& lookup) {
+    static_cast<Heard*>(context)->lookups.emplace_back(lookup.tag, lookup.name ? lookup.name : "-",
+                                                       lookup.present, lookup.count);
+  };
+  NvMetadata meta;
+  const int32_t crop[] = {0, 0, 40, 30};
+  meta.update(ANDROID_SCALER_CROP_REGION, crop, 4);
+  meta.update(ANDROID_SENSOR_SENSITIVITY, crop, 0);
+  meta.setLookupObserver(listen, &heard);
+  meta.find(ANDROID_SCALER_CROP_REGION);
+  meta.find("android.sensor.sensitivity");
+  meta.find("android.sensor.exposureTime");
+  meta.find("no.such.tag");
+  NvMetadata copy = meta;
+  copy.find(ANDROID_SCALER_CROP_REGION);  // copies are not observed
+  meta.setLookupObserver(nullptr, nullptr);
+  meta.find(ANDROID_SCALER_CROP_REGION);
+  const decltype(heard.lookups) expected = {
+      {ANDROID_SCALER_CROP_REGION, "-", true, 4},
+      {ANDROID_SENSOR_SENSITIVITY, "android.sensor.sensitivity", true, 0},
+      {ANDROID_SENSOR_EXPOSURE_TIME, "android.sensor.exposureTime", false, 0},
+      {NvMetadata::kUnknownTag, "no.such.tag", false, 0},
+  };
+  EXPECT_EQ(expected, heard.lookups);
+}
+
+TEST(NvMetadata, TagsListsEveryEntryInNumberOrder) {
+  NvMetadata meta;
+  const int32_t value = 1;
+  for (unsigned int tag :
+       {ANDROID_SENSOR_SENSITIVITY, ANDROID_CONTROL_AE_EXPOSURE_COMPENSATION, ANDROID_JPEG_ORIENTATION})
+    meta.update(tag, &value, 1);
+  meta.erase(ANDROID_JPEG_ORIENTATION);
+  const std::vector<unsigned int> expected = {ANDROID_CONTROL_AE_EXPOSURE_COMPENSATION,
+                                              ANDROID_SENSOR_SENSITIVITY};
+  EXPECT_EQ(expected, meta.tags());
 }
 
 // A caller may keep an element pointer while other tags come and go and the
