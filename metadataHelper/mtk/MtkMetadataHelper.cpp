@@ -297,19 +297,25 @@ struct ZoomValues {
   float ratio;
 };
 
-// Unknown cameras end the process as the platform's own table lookup does.
-[[noreturn]] void AbortOnUnknownCamera() {
-  std::fputs(
-      "out_of_range was thrown in -fno-exceptions mode with message \"unordered_map::at: key not found\"\n",
-      stderr);
-  std::abort();
-}
-
+// An unknown camera ends the process as the platform's own lookup does: at()
+// on the table, built without exceptions against libc++, which prints its
+// out_of_range message and aborts. Under libc++ this is that very at(). Only
+// libstdc++ builds (the host's) print libc++'s message here: their at() throws
+// from inside the prebuilt libstdc++ and terminates with a text of its own.
 int32_t CameraTypeOf(adapter::PlatformInfoHolder& holder, int32_t cameraId) {
   const adapter::CameraInfoTable& table = holder.getCameraInfoTable();
+#ifdef _LIBCPP_VERSION
+  return table.at(cameraId).cameraType;
+#else
   const auto entry = table.find(cameraId);
-  if (entry == table.end()) AbortOnUnknownCamera();
+  if (entry == table.end()) {
+    std::fputs(
+        "out_of_range was thrown in -fno-exceptions mode with message \"unordered_map::at: key not found\"\n",
+        stderr);
+    std::abort();
+  }
   return entry->second.cameraType;
+#endif
 }
 
 // The sensor's crop as the sensor policy chose it, on the delivered image.

@@ -9,9 +9,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <limits>
 #include <map>
+#include <sstream>
 #include <utility>
 
 namespace metatext {
@@ -487,12 +487,26 @@ bool ParseText(std::istream& in, const std::string& fileName, NvMetadata* meta, 
   return true;
 }
 
+// The file is read whole through the C library, whose error flag reports a
+// failed read (a directory, an I/O error) with every standard library: a file
+// stream sets bad() for it under libstdc++, but libc++ takes it for the end of
+// an empty file.
 bool ParseFile(const std::string& path, NvMetadata* meta, Problem* problem, std::vector<Problem>* notes) {
-  std::ifstream in(path);
-  if (!in) {
+  std::FILE* file = std::fopen(path.c_str(), "r");
+  if (file == nullptr) {
     if (problem != nullptr) *problem = Problem{path, 0, std::string("cannot open: ") + strerror(errno)};
     return false;
   }
+  std::string text;
+  char chunk[4096];
+  for (size_t n; (n = std::fread(chunk, 1, sizeof chunk, file)) > 0;) text.append(chunk, n);
+  const bool readFailed = std::ferror(file) != 0;
+  std::fclose(file);
+  if (readFailed) {
+    if (problem != nullptr) *problem = Problem{path, 0, "cannot read the file"};
+    return false;
+  }
+  std::istringstream in(text);
   return ParseText(in, path, meta, problem, notes);
 }
 
