@@ -52,6 +52,7 @@ struct Format {
   const char* text;
   const char* online;
 };
+constexpr Format MakeFormat(const char* text, const char* online) { return {text, online}; }
 
 // Where a message comes from: the compile-time source path and the function.
 struct Site {
@@ -106,8 +107,9 @@ __attribute__((format(printf, 1, 2))) inline void CheckFormat(const char*, ...) 
 }  // namespace metahelper::logging
 
 #define MH_ONLINE_PREFIX "%s %s:%d %s()"
-#define MH_FORMAT(literal) \
-  ::metahelper::logging::Format { literal, MH_ONLINE_PREFIX literal }
+// A call rather than braces, so that a format passes through other macros'
+// arguments whole.
+#define MH_FORMAT(literal) ::metahelper::logging::MakeFormat(literal, MH_ONLINE_PREFIX literal)
 // Most messages are emitted inside a pair of double-quote characters.
 #define MH_QUOTED(text) "\"" text "\""
 // The calling function's site as a constant in static storage.

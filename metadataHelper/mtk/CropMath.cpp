@@ -6,6 +6,8 @@
 // as int32 and sums are formed in 64 bits to keep them free of overflow.
 #include "CropMath.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 
 #include "PlatformMath.h"
@@ -13,8 +15,8 @@
 namespace metahelper::mtk {
 namespace {
 
-constexpr int kEntryWords = 9;
-constexpr int kSearchedEntries = 4;
+constexpr size_t kEntryWords = 9;
+constexpr size_t kSearchedEntries = 4;
 constexpr int kCropWord = 5;
 constexpr float kAspectTolerance = 0.01f;
 
@@ -44,8 +46,9 @@ void FitAxis(uint32_t* offset, uint32_t* extent, float ratio, uint32_t activeExt
 
 }  // namespace
 
-bool FindSensorCrop(const uint32_t* words, int32_t sensorId, nvholder::ChiRect* crop) {
-  for (int entry = 0; entry < kSearchedEntries; ++entry) {
+bool FindSensorCrop(const uint32_t* words, size_t count, int32_t sensorId, nvholder::ChiRect* crop) {
+  const size_t entries = std::min<size_t>(kSearchedEntries, count / kEntryWords);
+  for (size_t entry = 0; entry < entries; ++entry) {
     const uint32_t* e = words + entry * kEntryWords;
     if (e[0] != static_cast<uint32_t>(sensorId)) continue;
     const uint32_t* c = e + kCropWord;

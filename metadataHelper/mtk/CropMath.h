@@ -1,6 +1,7 @@
 // Crop-region arithmetic of the MediaTek helper, as pure functions.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "nvholder/NvHolderTypes.h"
@@ -9,8 +10,9 @@ namespace metahelper::mtk {
 
 // The sensor-policy crop table holds entries of nine 32-bit words: word 0 a
 // sensor id, words 5..8 that sensor's crop. Only the first four entries are
-// searched; the first match wins. `words` must hold four whole entries.
-bool FindSensorCrop(const uint32_t* words, int32_t sensorId, nvholder::ChiRect* crop);
+// searched, and only whole entries of the `count` words the table holds; the
+// first match wins.
+bool FindSensorCrop(const uint32_t* words, size_t count, int32_t sensorId, nvholder::ChiRect* crop);
 
 // In in-sensor-zoom mode the sensor delivers the centre half of the field at
 // twice the scale; maps a full-field crop onto it, or returns it unchanged

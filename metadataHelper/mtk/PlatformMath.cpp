@@ -38,11 +38,7 @@ uint32_t DefaultLinear(uint32_t i) {
   return 512 + 8 * (i - 192);
 }
 
-// Sensor-policy frame result: four per-camera entries of 80 words from word 96.
-constexpr int kFirstCameraEntry = 96;
-constexpr int kCameraEntryWords = 80;
-constexpr int kCameraEntries = 4;
-constexpr int kModeWord = 4;
+constexpr int kModeWord = 4;  // of a frame result's per-camera entry
 constexpr int32_t kNoCamera = -1;
 
 // The maker's sensor mode type, indexed by platform sensor mode.
@@ -91,7 +87,7 @@ void FillDefaultGammaTables(nvholder::GammaTableInfo* out) {
 int32_t PlatformSensorMode(const int32_t* frameResult, int32_t cameraId) {
   int32_t mode = 0;
   if (cameraId == kNoCamera) return mode;
-  for (int k = 0; k < kCameraEntries; ++k) {
+  for (uint32_t k = 0; k < kCameraEntries; ++k) {
     const int32_t* entry = frameResult + kFirstCameraEntry + k * kCameraEntryWords;
     if (entry[0] == cameraId) mode = entry[kModeWord];  // a later entry overrides
   }

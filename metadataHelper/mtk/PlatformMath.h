@@ -7,6 +7,17 @@
 
 namespace metahelper::mtk {
 
+// How much of the platform's tables the operations rely on, in 32-bit words.
+inline constexpr uint32_t kHistogramBins = 1024;  // folded into 256
+inline constexpr uint32_t kGammaInfoWords = sizeof(nvholder::GammaInfo::gamma) / sizeof(uint32_t);
+inline constexpr uint32_t kGammaTableWords = 256;  // the gamma table's entries before its fixed end
+inline constexpr uint32_t kGtmCurveWords = 289;    // the bin count and its curve
+// Sensor-policy frame result: four per-camera entries of 80 words from word 96.
+inline constexpr uint32_t kFirstCameraEntry = 96;
+inline constexpr uint32_t kCameraEntryWords = 80;
+inline constexpr uint32_t kCameraEntries = 4;
+inline constexpr uint32_t kFrameResultWords = kFirstCameraEntry + kCameraEntries * kCameraEntryWords;
+
 // Float to int32 as the device's conversion does it: saturating, NaN to 0,
 // fractions truncated toward zero. A plain cast of an out-of-range value is
 // undefined, and producers may send any float.

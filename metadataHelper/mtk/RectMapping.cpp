@@ -90,4 +90,36 @@ int32_t ToInSensorZoom(int32_t coordinate, uint32_t activeExtent) {
   return static_cast<int32_t>((static_cast<uint32_t>(coordinate) - activeExtent / 4) * 2u);
 }
 
+nvholder::FDFaceBox FaceCorners(const int32_t* face, bool inSensorZoom, const nvholder::ChiRect& active) {
+  if (!inSensorZoom) return {face[0], face[1], face[2], face[3]};
+  return {ToInSensorZoom(face[0], active.width), ToInSensorZoom(face[1], active.height),
+          ToInSensorZoom(face[2], active.width), ToInSensorZoom(face[3], active.height)};
+}
+
+nvholder::ChiRect BoxRect(const nvholder::FDFaceBox& box) {
+  const auto x0 = static_cast<uint32_t>(box.x0), y0 = static_cast<uint32_t>(box.y0);
+  return {x0, y0, static_cast<uint32_t>(box.x1) - x0, static_cast<uint32_t>(box.y1) - y0};
+}
+
+nvholder::FDFaceBox ScaledBox(const nvholder::FDFaceBox& box, uint32_t scale) {
+  const auto times = [scale](int32_t corner) {
+    return static_cast<int32_t>(static_cast<uint32_t>(corner) * scale);
+  };
+  return {times(box.x0), times(box.y0), times(box.x1), times(box.y1)};
+}
+
+__UtilsImage_point FaceCenter(const __UtilsImage_Rect& rect, int width, int height) {
+  const auto x = static_cast<int32_t>(rect.left + rect.width / 2);
+  const auto y = static_cast<int32_t>(rect.top + rect.height / 2);
+  if (x > width || x < 1 || y < 1 || y > height) return {width / 2, height / 2};
+  return {x, y};
+}
+
+__UtilsImage_point RegionCenter(const __UtilsImage_Rect& rect) {
+  const auto x = static_cast<int32_t>(rect.left + rect.width / 2);
+  const auto y = static_cast<int32_t>(rect.top + rect.height / 2);
+  if (x == 0 && y == 0) return {static_cast<int32_t>(rect.width / 2), static_cast<int32_t>(rect.height / 2)};
+  return {x, y};
+}
+
 }  // namespace metahelper::mtk

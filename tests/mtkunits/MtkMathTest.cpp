@@ -21,16 +21,31 @@ Quad Q(const __UtilsImage_Rect& r) { return {r.left, r.top, r.width, r.height}; 
 
 constexpr nvholder::dimension kSensor{4080, 3060};  // differs from the active array to tell a fall-back apart
 
-TEST(FindSensorCrop, FirstMatchOfTheFirstFourEntriesWins) {
+// Only whole entries of the words the table holds are searched, at most four.
+TEST(FindSensorCrop, FirstMatchAmongTheFirstFourWholeEntriesWins) {
   std::vector<uint32_t> words;  // ids 7 and 9 appear twice, 11 only in a fifth entry
   for (uint32_t id : {7u, 9u, 7u, 9u, 11u}) {
     const auto n = static_cast<uint32_t>(words.size());
     words.insert(words.end(), {id, 1, 2, 3, 4, n, n + 1, n + 2, n + 3});
   }
-  ChiRect crop{1, 1, 1, 1};
-  ASSERT_TRUE(m::FindSensorCrop(words.data(), 9, &crop));
-  EXPECT_EQ((Quad{9, 10, 11, 12}), Q(crop));
-  EXPECT_FALSE(m::FindSensorCrop(words.data(), 11, &crop)) << "the fifth entry is not searched";
+  const struct {
+    size_t count;
+    int32_t id;
+    bool found;
+    Quad crop;
+  } kCases[] = {
+      {45, 9, true, {9, 10, 11, 12}},
+      {45, 11, false, {}},  // the fifth entry is not searched
+      {18, 9, true, {9, 10, 11, 12}},
+      {17, 9, false, {}},  // the second entry one word short
+      {8, 7, false, {}},
+      {0, 7, false, {}},
+  };
+  for (const auto& c : kCases) {
+    ChiRect crop{1, 1, 1, 1};
+    EXPECT_EQ(c.found, m::FindSensorCrop(words.data(), c.count, c.id, &crop)) << c.count << " " << c.id;
+    EXPECT_EQ(c.found ? c.crop : (Quad{1, 1, 1, 1}), Q(crop)) << c.count << " " << c.id;
+  }
 }
 
 using RectCases = std::initializer_list<std::pair<ChiRect, Quad>>;
