@@ -4,19 +4,7 @@
 // header and the table; MH_CUSTOM and MH_QUERY rows are defined by hand.
 #include "OpSkeletons.h"
 
-#undef MH_READ
-#undef MH_CONVERT
-#undef MH_READ_WITH
-#undef MH_STATIC
-#undef MH_UNSUPPORTED
-#undef MH_UNSUPPORTED_RECORD
-#undef MH_STUB
-#undef MH_WRITE
-#undef MH_WRITE_ARRAY
-#undef MH_WRITE_BY_VALUE
-#undef MH_WRITE_RECORD
-#undef MH_CUSTOM
-#undef MH_QUERY
+#include "FormsReset.h"
 
 #define MH_BODY(slot, name, params, ...)                                     \
   int MH_BODY_CLASS::name params {                                           \

@@ -294,13 +294,16 @@ template <auto Method, typename... Options>
 constexpr Row MakeRow(int slot, const char* name, Skeleton skeleton, Access access, Options... options) {
   using Out = typename OutputOf<decltype(Method)>::type;
   access.elements = Resolved<Out>(access.elements);
+  // Copies write what they copy; every other operation one value unless its
+  // row says otherwise.
+  const bool copies = skeleton == Skeleton::kRead || skeleton == Skeleton::kStaticRead;
   Row row{slot,
           name,
           skeleton,
           {access, kNoAccess, kNoAccess},
           Level::kError,
           kOutputChecked,
-          OutputsOf<Out>(access.elements),
+          copies ? OutputsOf<Out>(access.elements) : 1,
           kNeedsNothing,
           false};
   (Apply(row, options), ...);

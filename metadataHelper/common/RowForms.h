@@ -13,20 +13,7 @@
 // them other meanings in between).
 #include "OpSkeletons.h"
 
-#undef MH_ROW
-#undef MH_READ
-#undef MH_CONVERT
-#undef MH_READ_WITH
-#undef MH_STATIC
-#undef MH_UNSUPPORTED
-#undef MH_UNSUPPORTED_RECORD
-#undef MH_STUB
-#undef MH_WRITE
-#undef MH_WRITE_ARRAY
-#undef MH_WRITE_BY_VALUE
-#undef MH_WRITE_RECORD
-#undef MH_CUSTOM
-#undef MH_QUERY
+#include "FormsReset.h"
 
 #define MH_ROW(skeleton, slot, name, params, tag, elements, messages, lines, ...) \
   ::metahelper::ops::MakeRow<MH_METHOD(MH_ROW_CLASS, name, params)>(              \
