@@ -100,14 +100,15 @@ bool ReadFile(const std::string& path, NvVendorTagTable* vendorTags, Capture* ca
 // are skipped with a note.
 bool ParseText(std::istream& in, const std::string& fileName, NvMetadata* meta, Problem* problem,
                std::vector<Problem>* notes = nullptr);
-bool ParseFile(const std::string& path, NvMetadata* meta, Problem* problem, std::vector<Problem>* notes = nullptr);
+bool ParseFile(const std::string& path, NvMetadata* meta, Problem* problem,
+               std::vector<Problem>* notes = nullptr);
 
 // How the platform's printer prints: the forms changed between Android
 // versions. The defaults print as Android 15 from its sixth release to its
 // twentieth does, with the camera service's verbosity.
 struct PrintStyle {
-  int indentation = 0;  // of the "Dumping" line; the service uses 4, 6 or 8
-  int verbosity = 2;    // below 2 long entries are cut to 16 values; below 1 no values
+  int indentation = 0;                   // of the "Dumping" line; the service uses 4, 6 or 8
+  int verbosity = 2;                     // below 2 long entries are cut to 16 values; below 1 no values
   bool keyNames = true;                  // Android 14+: "65536 (aeAntibandingMode)" in available*Keys
   bool everyStreamValueNamed = false;    // before 15.0.0_r6: every int32 of stream configurations named
   bool physicalIdsAsCharacters = false;  // 15.0.0_r20+: physicalIds as characters, NULs left out
