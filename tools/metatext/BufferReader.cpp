@@ -26,9 +26,15 @@ constexpr size_t kVerbosityCut = 16;
 // The printer's name for a type code it does not know.
 constexpr int kUnknownType = NUM_TYPES;
 
+// Value names are letters, digits and '_' (the platform's lookup must not
+// see a NUL inside a word: it would compare past the name's end).
+bool IsValueName(std::string_view word) {
+  for (char c : word)
+    if (!IsDigit(c) && !(c >= 'A' && c <= 'Z') && !(c >= 'a' && c <= 'z') && c != '_') return false;
+  return !word.empty();
+}
+
 bool IsHexDigit(char c) { return IsDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
-// Tag names are printable and cannot hold the blank or '(' that end them.
-bool IsNameCharacter(char c) { return c > ' ' && c <= '~' && c != '('; }
 
 // Reads a line left to right.
 struct Scanner {
@@ -140,7 +146,7 @@ Verdict ParseReal(std::string_view word, double limit, double* value) {
 
 bool ParseEntryLine(std::string_view text, EntryLine* entry) {
   size_t nameEnd = 0;
-  while (nameEnd < text.size() && IsNameCharacter(text[nameEnd])) ++nameEnd;
+  while (nameEnd < text.size() && IsTagNameCharacter(text[nameEnd])) ++nameEnd;
   Scanner at{text, nameEnd};
   if (nameEnd == 0 || !at.Take('(')) return false;
   const std::string_view hex = at.Word(')');
@@ -427,7 +433,7 @@ bool BufferReader::Integer(std::string_view word, int64_t low, int64_t high) {
 bool BufferReader::Enumerated(std::string_view word, int64_t low, int64_t high) {
   int64_t value = 0;
   if (ParseInteger(word, low, high, &value) == Verdict::kNotNumber && entry_.mode == Mode::kLoad &&
-      NvMetadata::getTagEnumValue(entry_.tag, word.data(), word.size(), &value) == 0) {
+      IsValueName(word) && NvMetadata::getTagEnumValue(entry_.tag, word.data(), word.size(), &value) == 0) {
     if (entry_.type == TYPE_BYTE)
       Append(static_cast<uint8_t>(value));
     else

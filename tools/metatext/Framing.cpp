@@ -121,10 +121,11 @@ void Framer::LogcatMessage(const LogcatLine& line, unsigned number) {
     Close(stream->buffer);
     streams_.erase(stream);
   }
+  if (!IsDumping(text)) return;
   LogStream opened{std::string(line.tag), line.pid, line.tid, OpenBuffer{}};
   opened.buffer.reader = std::make_unique<BufferReader>(file_, resolver_, &capture_->notes);
-  if (Opens(opened.buffer, line.message, text, number) && opened.buffer.open)
-    streams_.push_back(std::move(opened));
+  Opens(opened.buffer, line.message, text, number);
+  if (opened.buffer.open) streams_.push_back(std::move(opened));
 }
 
 bool Framer::Continues(const OpenBuffer& buffer, std::string_view line, std::string_view text) const {
@@ -282,6 +283,7 @@ void Framer::VendorTag(std::string_view text) {
   std::from_chars(text.data() + type + 12, text.data() + section, code);
   const std::string full = std::string(Trim(text.substr(section + 20))) + "." +
                            std::string(text.substr(name + 2, type - name - 2));
+  if (!IsTagName(full)) return;
   const auto [at, added] = vendorTagNames_.emplace(number, VendorTagName{full, code, false});
   if (!added && (at->second.name != full || at->second.type != code)) at->second.ambiguous = true;
 }
