@@ -321,7 +321,8 @@ TEST_F(MetaText, FramesTheServicesSectionsAndLabelsTheirBuffers) {
            Dumped(6) + "\n**********End of Dumpsys from previous open session**********\n",
        S{"3 0 latest result: 1", "11 0 latest result stale: 1"}},
       {"bug report",
-       "== dumpstate: 2025-01-02 03:04:05\n------ SYSTEM LOG (logcat -v threadtime -d *:v) ------\n"
+       "== dumpstate: 2025-01-02 03:04:05\n------ SYSTEM PROPERTIES (getprop) ------\n"
+       "[ro.build.version.sdk]: [34]\n------ SYSTEM LOG (logcat -v threadtime -d *:v) ------\n"
        "01-02 03:04:05.678  1234  1250 D CameraMetadata-JNI: Dumping camera metadata array: 1 / 1 "
        "entries, 0 / 0 bytes of extra data.\n"
        "01-02 03:04:05.678  1234  1250 D CameraMetadata-JNI:   android.lens.facing (80005): byte[1]\n"
@@ -330,8 +331,8 @@ TEST_F(MetaText, FramesTheServicesSectionsAndLabelsTheirBuffers) {
        "DUMP OF SERVICE media.camera:\n== Camera device 0 dynamic info: ==\n    Last request sent:\n" +
            Dumped(6) + "--------- 0.050s was the duration of dumpsys media.camera, ending at: x\n" +
            "DUMP OF SERVICE media.extractor:\n    Last request sent:\n" + Dumped(6),
-       S{"3  buffer: dump.txt:4: android.lens.facing has 0 values where its count is 1",
-         "10 0 last request: 1", "17  last request: 1"}},
+       S{"5  buffer: dump.txt:6: android.lens.facing has 0 values where its count is 1",
+         "12 0 last request: 1", "19  last request: 1"}},
       {"vendor tags section",
        kHeader + std::string("  unknownSection.unknownTag (80010003): int32[2]\n    [4 5 ]\n") +
            "== Vendor tags: ==\n  Dumping configured vendor tag descriptors: 1 entries\n"

@@ -235,9 +235,9 @@ void BufferReader::BeginEntry(const EntryLine& line) {
 }
 
 bool BufferReader::ReadCount(const EntryLine& line, size_t* count) {
-  const std::string name(line.name);
+  const std::string_view name = line.name;
   if (line.count.empty() || !std::all_of(line.count.begin(), line.count.end(), IsDigit)) {
-    Fail(name + ": count '" + std::string(line.count) + "' is not a number");
+    Fail(std::string(name) + ": count '" + std::string(line.count) + "' is not a number");
     return false;
   }
   // Nine digits cannot overflow; anything longer is over the cap anyway.
@@ -245,8 +245,8 @@ bool BufferReader::ReadCount(const EntryLine& line, size_t* count) {
   if (line.count.size() <= 9)
     std::from_chars(line.count.data(), line.count.data() + line.count.size(), value);
   if (value > kMaxValues - total_) {
-    Fail(name + ": a count of " + std::string(line.count) + " takes the buffer past its limit of " +
-         std::to_string(kMaxValues) + " values");
+    Fail(std::string(name) + ": a count of " + std::string(line.count) +
+         " takes the buffer past its limit of " + std::to_string(kMaxValues) + " values");
     return false;
   }
   total_ += value;
@@ -257,9 +257,9 @@ bool BufferReader::ReadCount(const EntryLine& line, size_t* count) {
 // Whether the entry's values load, wait for a name, or are passed over.
 bool BufferReader::ChooseMode(const EntryLine& line, int type) {
   entry_.mode = Mode::kSkip;
-  const std::string where = entry_.name + " (" + Hex(line.number) + ")";
+  const auto where = [&] { return entry_.name + " (" + Hex(line.number) + ")"; };
   if (type == kUnknownType) {
-    Note(line_, where + ": the printer did not know its type; skipped");
+    Note(line_, where() + ": the printer did not know its type; skipped");
     return true;
   }
   if (IsUnnamed(line.name)) {
@@ -267,7 +267,7 @@ bool BufferReader::ChooseMode(const EntryLine& line, int type) {
     if (line.number >= kVendorTagStart)
       entry_.mode = Mode::kPending;
     else
-      Note(line_, where + ": the dump does not name this tag; skipped");
+      Note(line_, where() + ": the dump does not name this tag; skipped");
     return true;
   }
   switch (resolver_.Resolve(entry_.name.c_str(), line.number, type, &entry_.tag, &text_)) {
