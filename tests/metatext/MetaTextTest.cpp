@@ -250,6 +250,171 @@ TEST_F(MetaText, PrintsAsThePlatformAndReadsBack) {
   EXPECT_EQ(std::string::npos, Printed(meta, {0, 0, true, false, false}).find("    ["));
 }
 
+// "line camera kind (detail) stale: entries" for each buffer.
+S Describe(const Capture& capture) {
+  S described;
+  for (const Buffer& b : capture.buffers) {
+    std::string text = std::to_string(b.line) + " " + b.camera + " " + metatext::KindName(b.kind);
+    if (!b.detail.empty()) text += " (" + b.detail + ")";
+    if (b.stale) text += " stale";
+    text += b.meta ? ": " + std::to_string(b.meta->entryCount()) : ": " + b.problem.Message();
+    described.push_back(text);
+  }
+  return described;
+}
+
+// A buffer of one entry as the service prints it at `indentation`.
+std::string Dumped(int indentation) {
+  const std::string i(indentation, ' ');
+  return i + "Dumping camera metadata array: 1 / 1 entries, 0 / 0 bytes of extra data.\n" + i +
+         "  Version: 1, Flags: 00000000\n" + i + "  android.lens.facing (80005): byte[1]\n" + i +
+         "    [BACK ]\n";
+}
+
+TEST_F(MetaText, FramesTheServicesSectionsAndLabelsTheirBuffers) {
+  struct Row {
+    const char* what;
+    std::string text;
+    S buffers;
+  };
+  const Row rows[] = {
+      {"API2 client",
+       "== Camera device 10 dynamic info: ==\n  Device 10 is open. Client instance dump:\n"
+       "  CameraDeviceClient[10] (0x7b2c) dump:\n    Current client UID 10123\n    State:\n"
+       "      Request ID counter: 4\n    Latest received frame:\n" +
+           Dumped(6) + "   Latest received frame for physical camera 3:\n" + Dumped(6) +
+           "  Device dump:\n    Device status: ACTIVE\n    Last request sent:\n      Output Stream Ids:\n    "
+           "     0\n"
+           "       Input Stream Id: -1\n    Logical request settings:\n" +
+           Dumped(6) + "    Physical request settings for camera id 3:\n" + Dumped(8) +
+           "     Tag monitoring enabled for tags:\n        android.control.aeState\n     Monitored tag event "
+           "log:\n"
+           "        f7:123ns: RES:android.control.aeState (10021): byte[1] [CONVERGED ]\n"
+           "    HAL Request TEMPLATE_PREVIEW:\n" +
+           Dumped(8) + "     HAL device dump:\n",
+       S{"8 10 latest result: 1", "13 3 physical result (logical camera 10): 1", "24 10 last request: 1",
+         "29 3 physical request (logical camera 10): 1", "38 10 request template (TEMPLATE_PREVIEW): 1"}},
+      {"older last request, heading cleared at its indentation",
+       "== Camera device 0 dynamic info: ==\n    Last request sent:\n" + Dumped(6) +
+           "    Latest received frame:\n" + "    In-flight requests:\n" + Dumped(6),
+       S{"3 0 last request: 1", "9 0 buffer: 1"}},
+      {"API1",
+       "Client2[1] (0x7b00) PID: 1234, dump:\n    Preview request: undefined\n" + Dumped(6) +
+           "    Recording request:\n      Dumping camera metadata array: Not allocated\n"
+           "    Capture request:\n" +
+           Dumped(6) + "    Latest captured frame:\n" + Dumped(6),
+       S{"3 1 buffer: 1", "10 1 last request (Capture request): 1",
+         "15 1 latest result (Latest captured frame): 1"}},
+      {"provider",
+       "== Camera Provider HAL legacy/0-0 (v2.5, remote) static info: 2 devices: ==\n"
+       "== Camera HAL device device@3.5/legacy/0 (v3.5) static information: ==\n  Resource cost: 100\n"
+       "  API2 camera characteristics:\n" +
+           Dumped(4) + "  Physical camera 5 characteristics:\n" + Dumped(4) +
+           "== Camera HAL device device@3.5/legacy/0 (v3.5) dumpState: ==\nLatest received frame:\n" +
+           Dumped(0),
+       S{"5 0 static characteristics: 1", "10 5 physical camera characteristics (logical camera 0): 1",
+         "16 0 buffer (HAL dumpState): 1"}},
+      {"previous session",
+       "== Camera device 0 dynamic info: ==\n    Latest received frame:\n" + Dumped(6) +
+           "\n**********Dumpsys from previous open session**********\n"
+           "== Camera device 0 dynamic info: ==\n    Latest received frame:\n" +
+           Dumped(6) + "\n**********End of Dumpsys from previous open session**********\n",
+       S{"3 0 latest result: 1", "11 0 latest result stale: 1"}},
+      {"bug report",
+       "== dumpstate: 2025-01-02 03:04:05\n------ SYSTEM PROPERTIES (getprop) ------\n"
+       "[ro.build.version.sdk]: [34]\n------ SYSTEM LOG (logcat -v threadtime -d *:v) ------\n"
+       "01-02 03:04:05.678  1234  1250 D CameraMetadata-JNI: Dumping camera metadata array: 1 / 1 "
+       "entries, 0 / 0 bytes of extra data.\n"
+       "01-02 03:04:05.678  1234  1250 D CameraMetadata-JNI:   android.lens.facing (80005): byte[1]\n"
+       "------ DUMPSYS (/system/bin/dumpsys) ------\n"
+       "-------------------------------------------------------------------------------\n"
+       "DUMP OF SERVICE media.camera:\n== Camera device 0 dynamic info: ==\n    Last request sent:\n" +
+           Dumped(6) + "--------- 0.050s was the duration of dumpsys media.camera, ending at: x\n" +
+           "DUMP OF SERVICE media.extractor:\n    Last request sent:\n" + Dumped(6),
+       S{"5  buffer: dump.txt:6: android.lens.facing has 0 values where its count is 1",
+         "12 0 last request: 1", "19  last request: 1"}},
+      {"vendor tags section",
+       kHeader + std::string("  unknownSection.unknownTag (80010003): int32[2]\n    [4 5 ]\n") +
+           "== Vendor tags: ==\n  Dumping configured vendor tag descriptors: 1 entries\n"
+           "    0x80010003 (mode) with type 1 (int32) defined in section com.acme.feature\n",
+       S{"1  buffer: 1"}},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.what);
+    const Capture capture = Read(row.text);
+    EXPECT_EQ(row.buffers, Describe(capture));
+    EXPECT_TRUE(capture.wholeDump);
+  }
+  unsigned int mode = 0;
+  ASSERT_EQ(0, table_.tagOf("com.acme.feature.mode", &mode));
+  EXPECT_EQ((V{4, 5}), Values(*Read(rows[6].text).buffers[0].meta, mode));
+}
+
+// The dump's vendor tags by name across buffers: the name keeps the number
+// and type it was first read with.
+TEST_F(MetaText, VendorTagsKeepTheirFirstTypeAcrossBuffers) {
+  const Capture capture = Read(kHeader + std::string("  com.acme.x (80010000): int32[1]\n    [1 ]\n") +
+                               kHeader + "  com.acme.x (80010000): float[1]\n    [1 ]\n");
+  EXPECT_EQ((S{"1  buffer: 1", "5  buffer: 0"}), Describe(capture));
+  EXPECT_EQ(
+      S{"dump.txt:7: com.acme.x is int32 in the vendor tags read before, but the dump says float; left out"},
+      Messages(capture.notes));
+}
+
+// Every logcat format around one printed buffer, with another tag's or
+// thread's lines between its lines: they neither end nor enter it.
+TEST_F(MetaText, ReadsEachLogcatFormatAndKeepsOtherSourcesApart) {
+  struct Row {
+    const char* format;
+    std::string mine;   // the prefix, "%" where the message goes
+    std::string other;  // another tag or thread in the same format
+  };
+  const Row rows[] = {
+      {"threadtime", "01-02 03:04:05.678  1234  1250 D CameraMetadata-JNI: %",
+       "01-02 03:04:05.678  1234  1251 D CameraMetadata-JNI: %"},
+      {"threadtime uid year usec", "2025-01-02 03:04:05.678123 10123  1234  1250 D CameraMetadata-JNI: %",
+       "2025-01-02 03:04:05.678123  root   100   100 I init    : %"},
+      {"threadtime nsec zone", "01-02 03:04:05.678123456 +0100  1234  1250 D CameraMetadata-JNI: %",
+       "01-02 03:04:05.678123456 +0100  1234  1250 D Other   : %"},
+      {"epoch", "        1735787045.678  1234  1250 D CameraMetadata-JNI: %",
+       "        1735787045.678  99  99 W x: %"},
+      {"monotonic", "  1045.678  1234  1250 D CameraMetadata-JNI: %",
+       "  1045.678  1234  1300 D CameraMetadata-JNI: %"},
+      {"brief", "D/CameraMetadata-JNI( 1234): %", "D/CameraMetadata-JNI( 4321): %"},
+      {"time", "01-02 03:04:05.678 D/CameraMetadata-JNI(10123: 1234): %",
+       "01-02 03:04:05.678 I/ActivityManager(  900): %"},
+      {"process", "D( 1234) %  (CameraMetadata-JNI)", "D( 1234) %  (Other)"},
+      {"tag", "D/CameraMetadata-JNI: %", "D/Other   : %"},
+      {"thread", "D( 1234: 1250) %", "D( 1234: 1251) %"},
+      {"long", "[ 01-02 03:04:05.678  1234: 1250 D/CameraMetadata-JNI ]\n%\n",
+       "[ 01-02 03:04:05.678  1234: 1251 D/CameraMetadata-JNI ]\n%\n"},
+      {"color", "\x1B[38;5;75mD/CameraMetadata-JNI( 1234): %\x1B[0m", "\x1B[32mI/Other( 1234): %\x1B[0m"},
+      {"raw", "%", ""},
+  };
+  const std::string lines[] = {"Dumping camera metadata array: 2 / 2 entries, 0 / 0 bytes of extra data.",
+                               "  Version: 1, Flags: 00000000",
+                               "  android.lens.facing (80005): byte[1]",
+                               "    [BACK ]",
+                               "  android.sensor.exposureTime (e0000): int64[1]",
+                               "    [10000000 ]"};
+  const auto line = [](std::string format, const std::string& message) {
+    return format.replace(format.find('%'), 1, message) + "\n";
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.format);
+    std::string text;
+    for (const std::string& message : lines) {
+      text += line(row.mine, message);
+      if (!row.other.empty()) text += line(row.other, "End of something") + line(row.other, "    [7 8 ]");
+    }
+    const Capture capture = Read(text);
+    // A long entry's message follows its header line.
+    EXPECT_EQ(S{std::string(row.format) == "long" ? "2  buffer: 2" : "1  buffer: 2"}, Describe(capture));
+    EXPECT_TRUE(capture.notes.empty()) << Messages(capture.notes)[0];
+    EXPECT_EQ(std::string(row.format) != "raw", capture.wholeDump);
+  }
+}
+
 // A container that already holds one entry, to show a refused text keeps it.
 NvMetadata Prefilled() {
   NvMetadata meta;

@@ -26,9 +26,15 @@ constexpr size_t kVerbosityCut = 16;
 // The printer's name for a type code it does not know.
 constexpr int kUnknownType = NUM_TYPES;
 
+// Value names are letters, digits and '_' (the platform's lookup must not
+// see a NUL inside a word: it would compare past the name's end).
+bool IsValueName(std::string_view word) {
+  for (char c : word)
+    if (!IsDigit(c) && !(c >= 'A' && c <= 'Z') && !(c >= 'a' && c <= 'z') && c != '_') return false;
+  return !word.empty();
+}
+
 bool IsHexDigit(char c) { return IsDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
-// Tag names are printable and cannot hold the blank or '(' that end them.
-bool IsNameCharacter(char c) { return c > ' ' && c <= '~' && c != '('; }
 
 // Reads a line left to right.
 struct Scanner {
@@ -140,7 +146,7 @@ Verdict ParseReal(std::string_view word, double limit, double* value) {
 
 bool ParseEntryLine(std::string_view text, EntryLine* entry) {
   size_t nameEnd = 0;
-  while (nameEnd < text.size() && IsNameCharacter(text[nameEnd])) ++nameEnd;
+  while (nameEnd < text.size() && IsTagNameCharacter(text[nameEnd])) ++nameEnd;
   Scanner at{text, nameEnd};
   if (nameEnd == 0 || !at.Take('(')) return false;
   const std::string_view hex = at.Word(')');
@@ -229,9 +235,9 @@ void BufferReader::BeginEntry(const EntryLine& line) {
 }
 
 bool BufferReader::ReadCount(const EntryLine& line, size_t* count) {
-  const std::string name(line.name);
+  const std::string_view name = line.name;
   if (line.count.empty() || !std::all_of(line.count.begin(), line.count.end(), IsDigit)) {
-    Fail(name + ": count '" + std::string(line.count) + "' is not a number");
+    Fail(std::string(name) + ": count '" + std::string(line.count) + "' is not a number");
     return false;
   }
   // Nine digits cannot overflow; anything longer is over the cap anyway.
@@ -239,8 +245,8 @@ bool BufferReader::ReadCount(const EntryLine& line, size_t* count) {
   if (line.count.size() <= 9)
     std::from_chars(line.count.data(), line.count.data() + line.count.size(), value);
   if (value > kMaxValues - total_) {
-    Fail(name + ": a count of " + std::string(line.count) + " takes the buffer past its limit of " +
-         std::to_string(kMaxValues) + " values");
+    Fail(std::string(name) + ": a count of " + std::string(line.count) +
+         " takes the buffer past its limit of " + std::to_string(kMaxValues) + " values");
     return false;
   }
   total_ += value;
@@ -251,9 +257,9 @@ bool BufferReader::ReadCount(const EntryLine& line, size_t* count) {
 // Whether the entry's values load, wait for a name, or are passed over.
 bool BufferReader::ChooseMode(const EntryLine& line, int type) {
   entry_.mode = Mode::kSkip;
-  const std::string where = entry_.name + " (" + Hex(line.number) + ")";
+  const auto where = [&] { return entry_.name + " (" + Hex(line.number) + ")"; };
   if (type == kUnknownType) {
-    Note(line_, where + ": the printer did not know its type; skipped");
+    Note(line_, where() + ": the printer did not know its type; skipped");
     return true;
   }
   if (IsUnnamed(line.name)) {
@@ -261,7 +267,7 @@ bool BufferReader::ChooseMode(const EntryLine& line, int type) {
     if (line.number >= kVendorTagStart)
       entry_.mode = Mode::kPending;
     else
-      Note(line_, where + ": the dump does not name this tag; skipped");
+      Note(line_, where() + ": the dump does not name this tag; skipped");
     return true;
   }
   switch (resolver_.Resolve(entry_.name.c_str(), line.number, type, &entry_.tag, &text_)) {
@@ -427,7 +433,7 @@ bool BufferReader::Integer(std::string_view word, int64_t low, int64_t high) {
 bool BufferReader::Enumerated(std::string_view word, int64_t low, int64_t high) {
   int64_t value = 0;
   if (ParseInteger(word, low, high, &value) == Verdict::kNotNumber && entry_.mode == Mode::kLoad &&
-      NvMetadata::getTagEnumValue(entry_.tag, word.data(), word.size(), &value) == 0) {
+      IsValueName(word) && NvMetadata::getTagEnumValue(entry_.tag, word.data(), word.size(), &value) == 0) {
     if (entry_.type == TYPE_BYTE)
       Append(static_cast<uint8_t>(value));
     else

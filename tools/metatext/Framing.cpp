@@ -15,13 +15,16 @@ bool IsDumping(std::string_view text) { return StartsWith(text, kDumping); }
 bool IsNotAllocated(std::string_view text) { return Trim(text.substr(kDumping.size())) == "Not allocated"; }
 bool IsBlankOrComment(std::string_view text) { return text.empty() || text[0] == '#'; }
 
+bool IsEntryLine(std::string_view text) {
+  EntryLine entry;
+  return ParseEntryLine(Trim(WithoutComment(text)), &entry);
+}
+
 // Lines a file without "Dumping" lines holds: entries, values, the
 // header's second line, cuts.
 bool LooksLikeBufferLine(std::string_view text) {
   text = Trim(WithoutComment(text));
-  EntryLine entry;
-  return text.empty() || text[0] == '[' || text == "..." || StartsWith(text, "Version:") ||
-         ParseEntryLine(text, &entry);
+  return text.empty() || text[0] == '[' || text == "..." || StartsWith(text, "Version:") || IsEntryLine(text);
 }
 
 // The camera id of a provider's device name: "device@3.5/legacy/0 (v3.5)"
@@ -96,7 +99,9 @@ void Framer::PlainLine(std::string_view line, unsigned number) {
   if (plain_.open && Continues(plain_, line, text)) return plain_.reader->Line(line, number);
   if (plain_.open) Close(plain_);
   if (IsBlankOrComment(text) || Opens(plain_, line, text, number)) return;
-  if (!sawDumping_ && !sawHeaderless_ && LooksLikeBufferLine(text)) {
+  // Only an entry line starts one: text before a dump's first buffer (a bug
+  // report's "[ro.x]: [y]" properties) holds other bracketed lines.
+  if (!sawDumping_ && !sawHeaderless_ && IsEntryLine(text)) {
     sawHeaderless_ = true;
     Open(plain_, 0, true, Labels(number));
     return plain_.reader->Line(line, number);
@@ -121,10 +126,11 @@ void Framer::LogcatMessage(const LogcatLine& line, unsigned number) {
     Close(stream->buffer);
     streams_.erase(stream);
   }
+  if (!IsDumping(text)) return;
   LogStream opened{std::string(line.tag), line.pid, line.tid, OpenBuffer{}};
   opened.buffer.reader = std::make_unique<BufferReader>(file_, resolver_, &capture_->notes);
-  if (Opens(opened.buffer, line.message, text, number) && opened.buffer.open)
-    streams_.push_back(std::move(opened));
+  Opens(opened.buffer, line.message, text, number);
+  if (opened.buffer.open) streams_.push_back(std::move(opened));
 }
 
 bool Framer::Continues(const OpenBuffer& buffer, std::string_view line, std::string_view text) const {
@@ -282,6 +288,7 @@ void Framer::VendorTag(std::string_view text) {
   std::from_chars(text.data() + type + 12, text.data() + section, code);
   const std::string full = std::string(Trim(text.substr(section + 20))) + "." +
                            std::string(text.substr(name + 2, type - name - 2));
+  if (!IsTagName(full)) return;
   const auto [at, added] = vendorTagNames_.emplace(number, VendorTagName{full, code, false});
   if (!added && (at->second.name != full || at->second.type != code)) at->second.ambiguous = true;
 }

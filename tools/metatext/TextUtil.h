@@ -20,6 +20,15 @@ constexpr uint32_t kVendorTagStart = 0x80000000u;
 inline bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v'; }
 inline bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
+// Tag names are printable and cannot hold the blank or parentheses around
+// the number that follows them in an entry line, nor a comment's '#'.
+inline bool IsTagNameCharacter(char c) { return c > ' ' && c <= '~' && c != '(' && c != ')' && c != '#'; }
+inline bool IsTagName(std::string_view name) {
+  for (char c : name)
+    if (!IsTagNameCharacter(c)) return false;
+  return !name.empty();
+}
+
 inline bool StartsWith(std::string_view text, std::string_view prefix) {
   return text.size() >= prefix.size() && text.compare(0, prefix.size(), prefix) == 0;
 }
