@@ -111,7 +111,7 @@ TEST(DumpExample, ListsEveryBufferWithItsCameraKindAndSession) {
   }
   const std::vector<std::string> table = Lines(RunTool({kDump, "--list"}).out);
   ASSERT_EQ(10u, table.size());
-  EXPECT_NE(std::string::npos, table[9].find(":2603  2       last request")) << table[9];
+  EXPECT_NE(std::string::npos, table[9].find(":2607  2       last request")) << table[9];
   EXPECT_NE(std::string::npos, table[9].find("stale  36")) << table[9];
 }
 
