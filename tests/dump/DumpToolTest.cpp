@@ -288,20 +288,34 @@ const std::string kGoodRequest = std::string(kHeader) +
                                  "  android.sensor.exposureTime (e0000): int64[1]\n"
                                  "    [10000000 ]\n";
 
-// Two cameras; camera 1's request has a value its type cannot hold (line 12).
-const std::string kDumpWithABadBuffer =
+// Camera 0's section with its last request (lines 1 to 6).
+const std::string kCamera0Section =
     "== Camera device 0 dynamic info: ==\n"
     "    Last request sent:\n"
     "      Dumping camera metadata array: 1 / 1 entries, 0 / 0 bytes of extra data.\n"
     "        Version: 1, Flags: 00000000\n"
     "        android.sensor.exposureTime (e0000): int64[1]\n"
-    "          [10000000 ]\n"
+    "          [10000000 ]\n";
+
+// Two cameras; camera 1's request has a value its type cannot hold (line 12).
+const std::string kDumpWithABadBuffer =
+    kCamera0Section +
     "== Camera device 1 dynamic info: ==\n"
     "    Last request sent:\n"
     "      Dumping camera metadata array: 1 / 1 entries, 0 / 0 bytes of extra data.\n"
     "        Version: 1, Flags: 00000000\n"
     "        android.sensor.sensitivity (e0002): int32[1]\n"
     "          [99999999999 ]\n";
+
+// An external camera's id is no number: its characteristics cannot be registered.
+const std::string kDumpWithAnExternalCamera =
+    kCamera0Section +
+    "== Camera HAL device device@1.1/external/usb-1 (v1.3) static information: ==\n"
+    "  API2 camera characteristics:\n"
+    "    Dumping camera metadata array: 1 / 1 entries, 0 / 0 bytes of extra data.\n"
+    "      Version: 1, Flags: 00000000\n"
+    "      android.lens.facing (80005): byte[1]\n"
+    "        [EXTERNAL ]\n";
 
 TEST(DumpInput, ExitStatusAndStderrForEachKindOfInput) {
   const std::string good = WriteFile("good.txt", kGoodRequest);
@@ -310,6 +324,7 @@ TEST(DumpInput, ExitStatusAndStderrForEachKindOfInput) {
   const std::string noBuffer =
       WriteFile("no_buffer.txt", "== Camera device 0 dynamic info: ==\n  Device 0 is closed\n");
   const std::string mixed = WriteFile("mixed.txt", kDumpWithABadBuffer);
+  const std::string external = WriteFile("external.txt", kDumpWithAnExternalCamera);
   const std::string renumbered = WriteFile(
       "renumbered.txt", kHeader + std::string("  android.sensor.exposureTime (e0001): int64[1]\n    [1 ]\n"));
   const std::string missing = ::testing::TempDir() + "no_such_capture.txt";
@@ -329,6 +344,7 @@ TEST(DumpInput, ExitStatusAndStderrForEachKindOfInput) {
       {{mixed, "--list"}, 0, {mixed + ":12: "}, true},
       {{renumbered}, 0, {"note: " + renumbered + ":3: "}, true},
       {{good, mixed}, 1, {mixed + ":12: "}, true},
+      {{external}, 0, {"note: " + external + ":9: camera id 'usb-1' is not a number"}, true},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.args.back());

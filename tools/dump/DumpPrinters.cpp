@@ -236,37 +236,18 @@ std::string Heading(const NumberedBuffer& numbered) {
   return heading + ", " + EntriesText(buffer);
 }
 
-}  // namespace
-
-void PrintTable(const std::vector<BufferRun>& runs, TableShows shows, std::ostream& out) {
-  for (size_t i = 0; i < runs.size(); ++i) {
-    out << (i == 0 ? "" : "\n") << Heading(runs[i].buffer) << '\n';
-    PrintOperations(runs[i].operations, shows, out);
-  }
-}
-
-void PrintJson(const std::vector<BufferRun>& runs, bool withLog, std::ostream& out) {
+// A JSON array, an element a line; `each(i)` prints element i.
+template <typename Each>
+void PrintArray(size_t count, std::ostream& out, Each each) {
   out << '[';
-  for (size_t i = 0; i < runs.size(); ++i) {
-    std::string object = JsonText(BufferValue(runs[i].buffer));
-    object.pop_back();  // the closing brace: the operations follow, one a line
-    out << (i == 0 ? "\n" : ",\n") << object << ",\"operations\":[";
-    const std::vector<OperationRun>& operations = runs[i].operations;
-    for (size_t j = 0; j < operations.size(); ++j)
-      out << (j == 0 ? "\n" : ",\n") << JsonText(OperationValue(operations[j], withLog));
-    out << (operations.empty() ? "]}" : "\n]}");
+  for (size_t i = 0; i < count; ++i) {
+    out << (i == 0 ? "\n" : ",\n");
+    each(i);
   }
-  out << (runs.empty() ? "]\n" : "\n]\n");
+  out << (count == 0 ? "]" : "\n]");
 }
 
-void PrintList(const std::vector<NumberedBuffer>& buffers, Format format, std::ostream& out) {
-  if (format == Format::kJson) {
-    out << '[';
-    for (size_t i = 0; i < buffers.size(); ++i)
-      out << (i == 0 ? "\n" : ",\n") << JsonText(BufferValue(buffers[i]));
-    out << (buffers.empty() ? "]\n" : "\n]\n");
-    return;
-  }
+void PrintListTable(const std::vector<NumberedBuffer>& buffers, std::ostream& out) {
   size_t whereWidth = 4, kindWidth = 4;
   for (const NumberedBuffer& numbered : buffers) {
     whereWidth = std::max(whereWidth, Where(*numbered.buffer).size());
@@ -281,6 +262,37 @@ void PrintList(const std::vector<NumberedBuffer>& buffers, Format format, std::o
         << std::setw(kindWidth) << KindText(buffer) << kGap << std::setw(5) << (buffer.stale ? "stale" : "")
         << kGap << (buffer.meta != nullptr ? std::to_string(buffer.meta->entryCount()) : "unreadable")
         << '\n';
+  }
+}
+
+}  // namespace
+
+void PrintTable(const std::vector<BufferRun>& runs, TableShows shows, std::ostream& out) {
+  for (size_t i = 0; i < runs.size(); ++i) {
+    out << (i == 0 ? "" : "\n") << Heading(runs[i].buffer) << '\n';
+    PrintOperations(runs[i].operations, shows, out);
+  }
+}
+
+void PrintJson(const std::vector<BufferRun>& runs, bool withLog, std::ostream& out) {
+  PrintArray(runs.size(), out, [&](size_t i) {
+    std::string object = JsonText(BufferValue(runs[i].buffer));
+    object.pop_back();  // the closing brace: the operations follow, one a line
+    out << object << ",\"operations\":";
+    const std::vector<OperationRun>& operations = runs[i].operations;
+    PrintArray(operations.size(), out,
+               [&](size_t j) { out << JsonText(OperationValue(operations[j], withLog)); });
+    out << '}';
+  });
+  out << '\n';
+}
+
+void PrintList(const std::vector<NumberedBuffer>& buffers, Format format, std::ostream& out) {
+  if (format == Format::kJson) {
+    PrintArray(buffers.size(), out, [&](size_t i) { out << JsonText(BufferValue(buffers[i])); });
+    out << '\n';
+  } else {
+    PrintListTable(buffers, out);
   }
 }
 
