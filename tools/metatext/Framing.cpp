@@ -146,7 +146,7 @@ bool Framer::Opens(OpenBuffer& buffer, std::string_view line, std::string_view t
   sawDumping_ = true;
   if (IsNotAllocated(text)) {
     NoteOther(text, number);
-    heading_.active = false;
+    if (&buffer == &plain_) heading_.active = false;
     return true;
   }
   Buffer labels;

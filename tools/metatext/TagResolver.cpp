@@ -2,17 +2,9 @@
 
 #include <NvMetadata.h>
 
-#include <cstdio>
-
 #include "TextUtil.h"
 
 namespace metatext {
-
-std::string Hex(uint32_t tag) {
-  char text[16];
-  snprintf(text, sizeof(text), "%05x", tag);
-  return text;
-}
 
 TagResolver::Outcome TagResolver::Resolve(const char* name, uint32_t number, int type, uint32_t* tag,
                                           std::string* text) const {

@@ -7,6 +7,7 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#include <cstdio>
 #include <string>
 #include <string_view>
 
@@ -68,7 +69,11 @@ inline std::string Excerpt(std::string_view text) {
 }
 
 // A tag number as the printer writes it (%05x).
-std::string Hex(uint32_t tag);
+inline std::string Hex(uint32_t tag) {
+  char text[16];
+  snprintf(text, sizeof(text), "%05x", tag);
+  return text;
+}
 
 // "byte" ... "rational" for a type code, "unknown" past them (as the printer).
 inline const char* TypeName(int type) { return type >= 0 && type < NUM_TYPES ? kTypeNames[type] : "unknown"; }
