@@ -36,7 +36,7 @@ constexpr const char* kFooter =
     "or an input that does not read (\"file:line: problem\" on stderr, nothing on stdout).\n"
     "Examples:\n"
     "  metahelper-dump examples/camera_dump/media.camera.txt --list\n"
-    "  metahelper-dump examples/camera_dump/media.camera.txt --buffer 2 --only 'Get*Crop*' --tags";
+    "  metahelper-dump examples/camera_dump/media.camera.txt --buffer 3 --only 'Get*Crop*' --tags";
 
 std::string Footer() {
   const opcatalog::CallContext defaults;
