@@ -11,14 +11,20 @@
 namespace bench {
 namespace {
 
-const std::string kExample = std::string(METAHELPER_SOURCE_DIR) + "/examples/rear_capture/";
+const std::string kDump = "examples/camera_dump/media.camera.txt";
 
-MetaPtr Parse(const std::string& file) {
-  auto meta = std::make_shared<NvMetadata>();
-  metatext::Problem problem;
-  if (metatext::ParseFile(kExample + file, meta.get(), &problem)) return meta;
-  std::fprintf(stderr, "getter_bench: %s\n", problem.Message().c_str());
+[[noreturn]] void Fail(const std::string& message) {
+  std::fprintf(stderr, "getter_bench: %s\n", message.c_str());
   std::exit(2);
+}
+
+// Camera 0's buffer of that kind in the current session (not the block of a
+// previous one).
+const metatext::Buffer& CurrentOfCamera0(const metatext::Capture& capture, metatext::Kind kind) {
+  for (const metatext::Buffer& buffer : capture.buffers) {
+    if (buffer.kind == kind && buffer.camera == "0" && !buffer.stale && buffer.meta != nullptr) return buffer;
+  }
+  Fail(kDump + ": no " + metatext::KindName(kind) + " of camera 0");
 }
 
 }  // namespace
@@ -30,7 +36,13 @@ std::vector<uint32_t> RegisteredTags() {
 }
 
 BenchInputs LoadInputs() {
-  BenchInputs inputs{Parse("request.txt"), Parse("static_0.txt"), "examples/rear_capture/request.txt"};
+  metatext::Capture capture;
+  metatext::Problem problem;
+  if (!metatext::ReadFile(std::string(METAHELPER_SOURCE_DIR) + "/" + kDump, nullptr, &capture, &problem))
+    Fail(problem.Message());
+  const metatext::Buffer& request = CurrentOfCamera0(capture, metatext::Kind::kLastRequest);
+  BenchInputs inputs{request.meta, CurrentOfCamera0(capture, metatext::Kind::kStatic).meta,
+                     kDump + ":" + std::to_string(request.line) + ", the last request of camera 0"};
   StaticMetadataWraper::getInstance()->setStaticMetadata(kCameraId, inputs.staticMeta);
   return inputs;
 }

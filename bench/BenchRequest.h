@@ -1,5 +1,5 @@
-// The request the benchmarks read: the shipped example capture of the rear
-// main camera, and the static metadata of its camera.
+// The request the benchmarks read: the last request of the rear main camera
+// in the shipped camera service dump, and the static metadata of its camera.
 #pragma once
 
 #include <NvMetadata.h>

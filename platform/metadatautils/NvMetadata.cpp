@@ -183,7 +183,7 @@ int NvMetadata::getTagEnumValue(unsigned int tag, const char* name, size_t lengt
   const nvmetadata::EnumName* names = nvmetadata::enumNamesOf(tag, &count);
   if (name == nullptr || value == nullptr) return kFailure;
   for (size_t i = 0; i < count; ++i) {
-    if (strncmp(names[i].name, name, length) == 0 && names[i].name[length] == '\0') {
+    if (strlen(names[i].name) == length && memcmp(names[i].name, name, length) == 0) {
       *value = names[i].value;
       return 0;
     }

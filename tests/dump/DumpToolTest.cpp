@@ -1,6 +1,9 @@
-// metahelper-dump run in-process as its main would: the shipped example's
-// worked-out values, the command line, bad files, and the two output forms.
+// metahelper-dump run in-process as its main would: the shipped camera
+// service dump (its buffers, their cameras and statics, the worked-out
+// values), the context and tag options, bad input and exit statuses, and the
+// two output forms.
 #include <MetaTagWrapper.h>
+#include <NvVendorTags.h>
 #include <gtest/gtest.h>
 #include <nvdebug/NvLog.h>
 #include <unistd.h>
@@ -20,6 +23,9 @@
 namespace {
 
 using Json = nlohmann::json;
+using Args = std::vector<std::string>;
+
+const std::string kDump = std::string(EXAMPLE_DIR) + "/media.camera.txt";
 
 struct Outcome {
   int status;
@@ -27,7 +33,7 @@ struct Outcome {
   std::string err;
 };
 
-Outcome RunTool(std::vector<std::string> args) {
+Outcome RunTool(Args args) {
   args.insert(args.begin(), "metahelper-dump");
   std::vector<char*> argv;
   for (std::string& arg : args) argv.push_back(arg.data());
@@ -35,6 +41,15 @@ Outcome RunTool(std::vector<std::string> args) {
   std::ostringstream out, err;
   const int status = dump::RunDump(static_cast<int>(args.size()), argv.data(), out, err);
   return {status, out.str(), err.str()};
+}
+
+// A run that must succeed quietly, in JSON.
+Json RunJson(Args args) {
+  args.insert(args.end(), {"--format", "json"});
+  const Outcome outcome = RunTool(args);
+  EXPECT_EQ(0, outcome.status) << outcome.err;
+  EXPECT_EQ("", outcome.err);  // no notes, and the library's log stays off stderr
+  return Json::parse(outcome.out);
 }
 
 std::vector<std::string> Lines(const std::string& text) {
@@ -52,72 +67,344 @@ std::string WriteFile(const std::string& name, const std::string& text) {
   return path;
 }
 
-// ---- The shipped example -------------------------------------------------
-Json RunExampleJson(std::vector<std::string> extra) {
-  const std::string dir = EXAMPLE_DIR;
-  std::vector<std::string> args = {dir + "/request.txt",
-                                   "--static",
-                                   "0=" + dir + "/static_0.txt",
-                                   "--static",
-                                   "2=" + dir + "/static_2.txt",
-                                   "--format",
-                                   "json"};
-  args.insert(args.end(), extra.begin(), extra.end());
-  const Outcome outcome = RunTool(args);
-  EXPECT_EQ(0, outcome.status);
-  EXPECT_EQ("", outcome.err);  // no notes, and the library's log stays off stderr
-  return Json::parse(outcome.out);
+// The first operation of that name (overloads share one).
+Json Operation(const Json& buffer, const std::string& name) {
+  for (const Json& operation : buffer["operations"]) {
+    if (operation["operation"] == name) return operation;
+  }
+  ADD_FAILURE() << name << " not run";
+  return {};
 }
 
 Json Rect(int left, int top, int width, int height) {
   return {{"left", left}, {"top", top}, {"width", width}, {"height", height}};
 }
 
-TEST(DumpExample, EveryReadInSlotOrderWithTheValuesTheCaptureDetermines) {
-  const Json dump = RunExampleJson({});
-  int previous = 0;
-  Json found;
-  for (const Json& object : dump) {  // a dump only reads: no setter runs
-    const std::string name = object["operation"];
-    EXPECT_TRUE(name.rfind("Set", 0) != 0 && name != "UpdateGainMapMeta") << name;
-    EXPECT_LT(previous, object["slot"].get<int>()) << name;
-    previous = object["slot"];
-    EXPECT_FALSE(object.contains("log")) << name;
-    if (!found.contains(name)) found[name] = object;  // overloads share a name: the first
+// ---- The shipped dump ---------------------------------------------------------
+TEST(DumpExample, ListsEveryBufferWithItsCameraKindAndSession) {
+  struct Row {
+    const char* camera;
+    const char* kind;
+    bool stale;
+  };
+  const Row expected[] = {
+      {"0", "latest result", false},
+      {"3", "physical result", false},
+      {"0", "last request", false},
+      {"0", "static characteristics", false},
+      {"3", "physical camera characteristics", false},
+      {"4", "physical camera characteristics", false},
+      {"2", "static characteristics", false},
+      {"2", "latest result", true},  // the previous session's block
+      {"2", "last request", true},
+  };
+  const Json list = RunJson({kDump, "--list"});
+  ASSERT_EQ(std::size(expected), list.size()) << list;
+  for (size_t i = 0; i < list.size(); ++i) {
+    SCOPED_TRACE(i + 1);
+    EXPECT_EQ(i + 1, list[i]["buffer"]);
+    EXPECT_EQ(kDump, list[i]["file"]);
+    EXPECT_EQ(expected[i].camera, list[i]["camera"]);
+    EXPECT_EQ(expected[i].kind, list[i]["kind"]);
+    EXPECT_EQ(expected[i].stale, list[i]["stale"]);
+    EXPECT_GT(list[i]["entries"].get<int>(), 0);
   }
-  EXPECT_GT(previous, 180);
-  EXPECT_EQ((Json{{"slot", 47},
-                  {"operation", "GetCropRegion"},
-                  {"result", 0},
-                  {"value", Rect(679, 492, 2666, 2000)}}),
-            found["GetCropRegion"]);
-  EXPECT_EQ(1.5, found["GetIspGain"]["value"]);
-  const Json& faces = found["GetFaceRect"]["value"];
+  const std::vector<std::string> table = Lines(RunTool({kDump, "--list"}).out);
+  ASSERT_EQ(10u, table.size());
+  EXPECT_NE(std::string::npos, table[9].find(":2607  2       last request")) << table[9];
+  EXPECT_NE(std::string::npos, table[9].find("stale  36")) << table[9];
+}
+
+// Each request and result is answered from the static characteristics of its
+// own camera: the request's framework id picks them, and a physical frame,
+// which carries none, is asked about the camera the dump shows it under.
+TEST(DumpExample, ReplaysEveryRequestAndResultWithItsOwnCamerasStatics) {
+  struct Row {
+    unsigned buffer;
+    Json activeArray;  // GetActiveArraySize: the request's camera's statics
+    Json physicalIds;  // GetAndroidLogicalMultiCameraPhysicalIds(int): the context's camera
+  };
+  const Row expected[] = {
+      {1, Rect(0, 0, 4000, 3000), {3, 2, 4}},     {2, nullptr, Json::array()},
+      {3, Rect(0, 0, 4000, 3000), {3, 2, 4}},     {8, Rect(0, 0, 3264, 2448), Json::array()},
+      {9, Rect(0, 0, 3264, 2448), Json::array()},
+  };
+  const Json dump =
+      RunJson({kDump, "--only", "GetActiveArraySize", "--only", "GetAndroidLogicalMultiCameraPhysicalIds"});
+  ASSERT_EQ(std::size(expected), dump.size());
+  for (size_t i = 0; i < dump.size(); ++i) {
+    SCOPED_TRACE(expected[i].buffer);
+    EXPECT_EQ(expected[i].buffer, dump[i]["buffer"]);
+    EXPECT_EQ(expected[i].activeArray, Operation(dump[i], "GetActiveArraySize")["value"]);
+    EXPECT_EQ(expected[i].physicalIds,
+              Operation(dump[i], "GetAndroidLogicalMultiCameraPhysicalIds")["value"]);
+  }
+  const Json tags = Json::parse(R"([
+      {"tag":"nuvaro.snapshot.fwkCameraId","from":"request","found":true},
+      {"tag":"android.sensor.info.activeArraySize","from":"static 2","found":true}])");
+  EXPECT_EQ(tags, Operation(dump[4], "GetActiveArraySize")["tags"]);
+}
+
+// What examples/camera_dump/README.md works out for camera 0's last request.
+TEST(DumpExample, TheLastRequestGivesTheWorkedOutValues) {
+  const std::pair<const char*, Json> expected[] = {
+      {"GetCropRegion", Rect(679, 492, 2666, 2000)},
+      {"GetIspGain", 1.5},
+      {"GetSensorGain", 16.0},
+      {"GetAdrcGain", 1.5},
+      {"GetFaceLumaTarget", 87.0},
+      {"GetAeRatio", 4.0},
+      {"GetSensorDynamicBlackLevel", {1024.0, 1024.0, 1024.0, 1024.0}},
+      {"GetLuxIndex", 312},
+      {"GetNuvaroSensorModeType", 11},
+      {"GetFocusROI", {{"rect", Rect(689, 189, 414, 494)}, {"point", {{"x", 896}, {"y", 436}}}}},
+      {"GetAndroidAFRegion", Rect(1624, 1012, 577, 689)},
+      {"GetfocusDistCm", 80.0},
+      {"IsRearCamera", true},
+      {"GetAndroidLogicalMultiCameraPhysicalIds", {3, 2, 4}},
+      {"GetAndroidLogicalMultiCameraPhysicalRoleIds", {2}},
+  };
+  Args args = {kDump, "--buffer", "3"};
+  for (const auto& [name, value] : expected) args.insert(args.end(), {"--only", name});
+  args.insert(args.end(), {"--only", "GetFaceRect"});
+  const Json dump = RunJson(args);
+  ASSERT_EQ(1u, dump.size());
+  for (const auto& [name, value] : expected) EXPECT_EQ(value, Operation(dump[0], name)["value"]) << name;
+  const Json faces = Operation(dump[0], "GetFaceRect")["value"];
   EXPECT_EQ(2, faces["faceCount"]);
   EXPECT_EQ(Rect(689, 189, 414, 494), faces["faces"][0]["rect"]);
   EXPECT_EQ(Rect(1342, 310, 206, 246), faces["faces"][1]["rect"]);
 }
 
-TEST(DumpExample, OnlyKeepsTheOperationsWhoseNameMatchesAndStaticsAreRestored) {
+TEST(DumpExample, LeavesTheProcessAsItFoundIt) {
   StaticMetadataWraper* store = StaticMetadataWraper::getInstance();
   const auto mine = std::make_shared<NvMetadata>();
   store->setStaticMetadata(0, mine);
-  std::vector<std::string> names;
-  for (const Json& object : RunExampleJson({"--only", "Get*CropRegion", "--only", "IsRear*"}))
-    names.push_back(object["operation"]);
-  // Case matters: getPass1CropRegion stays out.
-  EXPECT_EQ((std::vector<std::string>{"GetCropRegion", "GetAndroidCropRegion", "IsRearCamera"}), names);
+  const NvVendorTagTable table;
+  NvMetadata::setVendorTagTable(&table);
+  RunJson({kDump, "--only", "IsRearCamera"});
+  EXPECT_EQ(&table, NvMetadata::getVendorTagTable());
   EXPECT_EQ(mine, store->getStaticMetadata(0));
-  EXPECT_EQ(nullptr, store->getStaticMetadata(2));
+  for (const unsigned camera : {2u, 3u, 4u}) EXPECT_EQ(nullptr, store->getStaticMetadata(camera)) << camera;
+  NvMetadata::setVendorTagTable(nullptr);
   store->clear();
 }
 
-// ---- --log ---------------------------------------------------------------
+// ---- The capture's own context ---------------------------------------------------
+TEST(DumpContext, CameraIdComesFromTheOptionTheRequestTheDumpOrIs0) {
+  const std::string noCamera =
+      WriteFile("no_camera.txt", "  android.sensor.exposureTime (e0000): int64[1]\n    [10000000 ]\n");
+  const std::pair<Args, Json> cases[] = {
+      // what the int overload answers: camera 0's physical ids, or another camera's none
+      {{kDump, "--buffer", "3"}, {3, 2, 4}},                       // the request's framework id
+      {{kDump, "--buffer", "3", "--camera", "2"}, Json::array()},  // --camera
+      {{kDump, "--buffer", "2"}, Json::array()},                   // the dump's camera 3
+      {{noCamera, "--static", "0=" + kDump}, {3, 2, 4}},           // nothing says: 0
+  };
+  for (const auto& [args, expected] : cases) {
+    SCOPED_TRACE(args[1]);
+    Args run = args;
+    run.insert(run.end(), {"--only", "GetAndroidLogicalMultiCameraPhysicalIds"});
+    EXPECT_EQ(expected, RunJson(run)[0]["operations"][0]["value"]);
+  }
+}
+
+// GetCropRegion logs the sensor size it was given when the output is
+// in-sensor zoomed.
+TEST(DumpContext, SensorAndImageSizesComeFromTheCamerasStaticsUnlessGiven) {
+  const std::string header =
+      "Dumping camera metadata array: 2 / 2 entries, 0 / 0 bytes of extra data.\n  Version: 1, Flags: "
+      "00000000\n";
+  const std::string active =
+      "  android.sensor.info.activeArraySize (f0000): int32[4]\n    [0 0 3800 2800 ]\n";
+  const std::string pixels = "  android.sensor.info.pixelArraySize (f0006): int32[2]\n    [4100 3100 ]\n";
+  const std::string both = WriteFile("both.txt", header + active + pixels);
+  const std::string activeOnly = WriteFile("active.txt", header + active);
+  const std::pair<Args, std::string> cases[] = {
+      {{}, "sensorsize(4000, 3000)"},  // camera 0's pixel array in the dump
+      {{"--static", "0=" + both}, "sensorsize(4100, 3100)"},
+      {{"--static", "0=" + activeOnly}, "sensorsize(3800, 2800)"},
+      {{"--sensor-size", "5000x4000"}, "sensorsize(5000, 4000)"},
+  };
+  for (const auto& [extra, logged] : cases) {
+    SCOPED_TRACE(logged);
+    Args args = {kDump, "--buffer", "3", "--only", "GetCropRegion", "--in-sensor-zoom", "--log", "info"};
+    args.insert(args.end(), extra.begin(), extra.end());
+    EXPECT_NE(std::string::npos, RunJson(args)[0]["operations"][0]["log"].dump().find(logged));
+  }
+  const Json sized = RunJson({kDump, "--buffer", "3", "--only", "GetFocusROI", "--image-size", "960x540"});
+  EXPECT_EQ(Rect(345, 94, 206, 246), sized[0]["operations"][0]["value"]["rect"]);
+  const Json zoomed = RunJson({kDump, "--buffer", "3", "--only", "GetCropRegion", "--in-sensor-zoom"});
+  EXPECT_EQ(Rect(691, 484, 2666, 2000), zoomed[0]["operations"][0]["value"]);
+}
+
+// ---- The tags behind each answer --------------------------------------------------
+// A dump printed with verbosity 1 shows only 16 values of each entry.
+const std::string kCutDump =
+    "== Camera device 0 dynamic info: ==\n"
+    "    Last request sent:\n"
+    "      Dumping camera metadata array: 2 / 2 entries, 0 / 0 bytes of extra data.\n"
+    "        Version: 1, Flags: 00000000\n"
+    "        android.sensor.exposureTime (e0000): int64[1]\n"
+    "          [10000000 ]\n"
+    "        nuvaro.hdr.gtm.curve (a001001e): int32[20]\n"
+    "          [0 1 2 3 ]\n          [4 5 6 7 ]\n          [8 9 10 11 ]\n          [12 13 14 15 ]\n";
+
+TEST(DumpTags, EachAnswerNamesTheTagsItLookedUpAndFlagsWhatTheDumpCut) {
+  const std::string path = WriteFile("cut.txt", kCutDump);
+  const Args args = {path, "--only", "GetSensorExposureTime", "--only", "GetUIEV", "--only", "GetGTMTable"};
+  Args json = args;
+  json.insert(json.end(), {"--format", "json"});
+  const Json operations = Json::parse(RunTool(json).out)[0]["operations"];
+  const char* expected[] = {
+      R"([{"tag":"android.sensor.exposureTime","from":"request","found":true}])",
+      R"([{"tag":"nuvaro.ae.exposureCompensation","from":"request","found":false}])",
+      R"([{"tag":"nuvaro.hdr.gtm.curve","from":"request","found":true,"cut":true}])",
+  };
+  ASSERT_EQ(3u, operations.size());
+  for (size_t i = 0; i < 3; ++i) EXPECT_EQ(Json::parse(expected[i]), operations[i]["tags"]);
+
+  const std::string cut = "      found    nuvaro.hdr.gtm.curve (request)  ! the dump printed only part of it";
+  const auto tagLines = [](Args args) {
+    std::vector<std::string> lines;
+    for (const std::string& line : Lines(RunTool(args).out)) {
+      if (line.rfind("      found", 0) == 0 || line.rfind("      missing", 0) == 0) lines.push_back(line);
+    }
+    return lines;
+  };
+  EXPECT_EQ(std::vector<std::string>{cut}, tagLines(args));  // marked even without --tags
+  Args withTags = args;
+  withTags.push_back("--tags");
+  EXPECT_EQ((std::vector<std::string>{"      found    android.sensor.exposureTime (request)",
+                                      "      missing  nuvaro.ae.exposureCompensation (request)", cut}),
+            tagLines(withTags));
+}
+
+// ---- Bad input: what is refused, what is left out, what is tolerated ------------------
+constexpr char kHeader[] =
+    "Dumping camera metadata array: 1 / 1 entries, 0 / 0 bytes of extra data.\n"
+    "  Version: 1, Flags: 00000000\n";
+const std::string kGoodRequest = std::string(kHeader) +
+                                 "  android.sensor.exposureTime (e0000): int64[1]\n"
+                                 "    [10000000 ]\n";
+
+// Camera 0's section with its last request (lines 1 to 6).
+const std::string kCamera0Section =
+    "== Camera device 0 dynamic info: ==\n"
+    "    Last request sent:\n"
+    "      Dumping camera metadata array: 1 / 1 entries, 0 / 0 bytes of extra data.\n"
+    "        Version: 1, Flags: 00000000\n"
+    "        android.sensor.exposureTime (e0000): int64[1]\n"
+    "          [10000000 ]\n";
+
+// Two cameras; camera 1's request has a value its type cannot hold (line 12).
+const std::string kDumpWithABadBuffer =
+    kCamera0Section +
+    "== Camera device 1 dynamic info: ==\n"
+    "    Last request sent:\n"
+    "      Dumping camera metadata array: 1 / 1 entries, 0 / 0 bytes of extra data.\n"
+    "        Version: 1, Flags: 00000000\n"
+    "        android.sensor.sensitivity (e0002): int32[1]\n"
+    "          [99999999999 ]\n";
+
+// An external camera's id is no number: its characteristics cannot be registered.
+const std::string kDumpWithAnExternalCamera =
+    kCamera0Section +
+    "== Camera HAL device device@1.1/external/usb-1 (v1.3) static information: ==\n"
+    "  API2 camera characteristics:\n"
+    "    Dumping camera metadata array: 1 / 1 entries, 0 / 0 bytes of extra data.\n"
+    "      Version: 1, Flags: 00000000\n"
+    "      android.lens.facing (80005): byte[1]\n"
+    "        [EXTERNAL ]\n";
+
+TEST(DumpInput, ExitStatusAndStderrForEachKindOfInput) {
+  const std::string good = WriteFile("good.txt", kGoodRequest);
+  const std::string bad =
+      WriteFile("bad.txt", kHeader + std::string("  android.sensor.exposureTime (e0000): int65[1]\n"));
+  const std::string noBuffer =
+      WriteFile("no_buffer.txt", "== Camera device 0 dynamic info: ==\n  Device 0 is closed\n");
+  const std::string mixed = WriteFile("mixed.txt", kDumpWithABadBuffer);
+  const std::string external = WriteFile("external.txt", kDumpWithAnExternalCamera);
+  const std::string renumbered = WriteFile(
+      "renumbered.txt", kHeader + std::string("  android.sensor.exposureTime (e0001): int64[1]\n    [1 ]\n"));
+  const std::string missing = ::testing::TempDir() + "no_such_capture.txt";
+  struct Case {
+    Args args;
+    int status;
+    std::vector<std::string> err;  // each line starts so
+    bool out;                      // something is replayed
+  };
+  const Case cases[] = {
+      {{bad}, 2, {bad + ":3: "}, false},
+      {{good, "--static", "0=" + bad}, 2, {bad + ":3: "}, false},
+      {{missing}, 2, {missing + ": "}, false},
+      {{noBuffer}, 2, {noBuffer + ": holds no camera metadata buffer"}, false},
+      {{good, "--static", "5=" + kDump}, 2, {kDump + ": holds no static characteristics of camera 5"}, false},
+      {{mixed}, 1, {mixed + ":12: "}, true},
+      {{mixed, "--list"}, 0, {mixed + ":12: "}, true},
+      {{renumbered}, 0, {"note: " + renumbered + ":3: "}, true},
+      {{good, mixed}, 1, {mixed + ":12: "}, true},
+      {{external}, 0, {"note: " + external + ":9: camera id 'usb-1' is not a number"}, true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.args.back());
+    const Outcome outcome = RunTool(c.args);
+    EXPECT_EQ(c.status, outcome.status);
+    const std::vector<std::string> lines = Lines(outcome.err);
+    ASSERT_EQ(c.err.size(), lines.size()) << outcome.err;
+    for (size_t i = 0; i < lines.size(); ++i) EXPECT_EQ(0u, lines[i].rfind(c.err[i], 0)) << lines[i];
+    EXPECT_EQ(c.out, !outcome.out.empty());
+  }
+  const Json replayed = Json::parse(RunTool({good, mixed, "--format", "json"}).out);
+  ASSERT_EQ(2u, replayed.size());  // the bad one is left out, and numbered
+  EXPECT_EQ(2, replayed[1]["buffer"]);
+  const std::string listed = Lines(RunTool({mixed, "--list"}).out)[2];
+  EXPECT_EQ(listed.size() - 10, listed.find("unreadable")) << listed;
+}
+
+TEST(DumpUsage, BadCommandLinesExitWithStatus2AndAMessageHelpWith0) {
+  const std::string request = WriteFile("usage_request.txt", kGoodRequest);
+  const std::pair<Args, std::string> cases[] = {
+      // arguments, part of the message
+      {{}, "FILE"},
+      {{request, "--bogus"}, "--bogus"},
+      {{request, "--static", "front.txt"}, "ID=FILE"},
+      {{request, "--static", "0="}, "ID=FILE"},
+      {{request, "--static", "x=front.txt"}, "ID=FILE"},
+      {{request, "--static", "4294967296=front.txt"}, "ID=FILE"},
+      {{request, "--static", "0=" + request, "--static", "0=" + request}, "camera 0 given twice"},
+      {{request, "--format", "xml"}, "xml"},
+      {{request, "--log", "loud"}, "loud"},
+      {{request, "--log"}, "--log"},
+      {{request, "--only", "Set*"}, "--only"},
+      {{request, "--buffer", "0"}, "--buffer"},
+      {{request, "--buffer", "2"}, "--buffer 2: the input holds 1 buffers"},
+      {{request, "--camera", "front"}, "--camera"},
+      {{request, "--sensor-size", "4000"}, "WIDTHxHEIGHT"},
+      {{request, "--image-size", "0x1080"}, "WIDTHxHEIGHT"},
+      {{kDump, "--buffer", "4", "--buffer", "99"}, "--buffer 99: the input holds 9 buffers"},
+  };
+  for (const auto& [args, expected] : cases) {
+    SCOPED_TRACE(expected);
+    const Outcome outcome = RunTool(args);
+    EXPECT_EQ(2, outcome.status);
+    EXPECT_EQ("", outcome.out);
+    EXPECT_NE(std::string::npos, outcome.err.find(expected)) << outcome.err;
+  }
+  const Outcome help = RunTool({"--help"});
+  EXPECT_EQ(0, help.status);
+  for (const char* option :
+       {"FILE", "--static ID=FILE", "--list", "--buffer N", "--camera ID", "--sensor-size WxH",
+        "--image-size WxH", "--in-sensor-zoom", "--tags", "--format table|json", "--log LEVEL",
+        "--only PATTERN", "pixelArraySize", "Exit status"})
+    EXPECT_NE(std::string::npos, help.out.find(option)) << option;
+}
+
+// ---- --log ---------------------------------------------------------------------------
 Outcome RunPlain(const std::string& level, const std::string& format) {
   const std::string request =
       WriteFile("plain_request.txt", "  android.sensor.exposureTime (e0000): int64[1]\n    [10000000 ]\n");
-  std::vector<std::string> args = {request,    "--only", "GetUIEV", "--only", "GetSensorExposureTime",
-                                   "--format", format};
+  Args args = {request, "--only", "GetUIEV", "--only", "GetSensorExposureTime", "--format", format};
   if (!level.empty()) args.insert(args.end(), {"--log", level});
   return RunTool(args);
 }
@@ -131,10 +418,10 @@ TEST(DumpLog, ShowsTheLinesAtTheLevelAndAboveForEachCall) {
     SCOPED_TRACE(level);
     const Outcome outcome = RunPlain(level, "json");
     ASSERT_EQ(0, outcome.status) << outcome.err;
-    const Json dump = Json::parse(outcome.out);
-    ASSERT_EQ(2u, dump.size());
-    EXPECT_TRUE(dump[0]["log"].empty());  // the exposure time read succeeds quietly
-    const Json& log = dump[1]["log"];
+    const Json operations = Json::parse(outcome.out)[0]["operations"];
+    ASSERT_EQ(2u, operations.size());
+    EXPECT_TRUE(operations[0]["log"].empty());  // the exposure time read succeeds quietly
+    const Json& log = operations[1]["log"];
     ASSERT_EQ(expected.size(), log.size()) << log;
     for (size_t i = 0; i < log.size(); ++i) {
       for (const auto& field : expected[i].items()) EXPECT_EQ(field.value(), log[i][field.key()]) << log[i];
@@ -157,85 +444,7 @@ TEST(DumpLog, WithoutLogTheLibraryStaysOffStderrAndSettingsComeBack) {
   gNvCamLogLevel = 6;
 }
 
-// ---- Bad input: exit 2, one message, nothing on stdout ---------------------
-void ExpectRefused(const Outcome& outcome, const std::string& expected) {
-  EXPECT_EQ(2, outcome.status);
-  EXPECT_EQ("", outcome.out);
-  EXPECT_EQ(1u, Lines(outcome.err).size()) << outcome.err;
-  EXPECT_NE(std::string::npos, outcome.err.find(expected)) << outcome.err;
-}
-
-constexpr char kHeader[] =
-    "Dumping camera metadata array: 1 / 1 entries, 0 / 0 bytes of extra data.\n"
-    "  Version: 1, Flags: 00000000\n";
-const std::string kGoodRequest = std::string(kHeader) +
-                                 "  android.sensor.exposureTime (e0000): int64[1]\n"
-                                 "    [10000000 ]\n";
-
-TEST(DumpInput, BadRequestOrStaticFileIsRefusedWithItsFileAndLine) {
-  const std::pair<const char*, int> cases[] = {
-      // after the header; the line the problem is reported at
-      {"  android.sensor.exposureTime (e0000): int65[1]\n    [1 ]\n", 3},
-      {"  android.colorCorrection.transform (00001): rational[9]\n    [(1 / 1) (0 / 1) ]\n"
-       "  android.sensor.exposureTime (e0000): int64[1]\n    [1 ]\n",
-       3},
-      {"  android.sensor.exposureTime (e0000): int64[1]\n    [99999999999999999999 ]\n", 4},
-      {"  android.colorCorrection.transform (00001): rational[1]\n    [(256 256) ]\n", 4},
-  };
-  const std::string request = WriteFile("good_request.txt", kGoodRequest);
-  for (const auto& [body, line] : cases) {
-    SCOPED_TRACE(body);
-    const std::string path = WriteFile("bad.txt", kHeader + std::string(body));
-    ExpectRefused(RunTool({path}), path + ":" + std::to_string(line) + ": ");
-    ExpectRefused(RunTool({request, "--static", "0=" + path, "--format", "json"}),
-                  path + ":" + std::to_string(line) + ": ");
-  }
-  const std::string missing = ::testing::TempDir() + "no_such_capture.txt";
-  ExpectRefused(RunTool({missing}), missing + ": cannot open");
-  ExpectRefused(RunTool({request, "--static", "2=" + missing}), missing + ": cannot open");
-}
-
-TEST(DumpInput, NotesGoToStderrAndTheDumpGoesOn) {
-  const std::string path =
-      WriteFile("unknown_tag.txt", kGoodRequest + "  vendor.unknown.tag (deadbeef): int32[1]\n    [7 ]\n");
-  const Outcome outcome = RunTool({path, "--only", "GetSensorExposureTime"});
-  EXPECT_EQ(0, outcome.status);
-  EXPECT_EQ(0u, outcome.err.rfind("note: " + path + ":5: ", 0)) << outcome.err;
-  EXPECT_NE(std::string::npos, outcome.out.find("10000000"));
-}
-
-TEST(DumpUsage, BadCommandLinesExitWithStatus2AndAMessageHelpWith0) {
-  const std::string request = WriteFile("good_request.txt", kGoodRequest);
-  const std::pair<std::vector<std::string>, std::string> cases[] = {
-      // arguments, part of the message
-      {{}, "REQUEST"},
-      {{request, "--bogus"}, "--bogus"},
-      {{request, "--static", "front.txt"}, "ID=FILE"},
-      {{request, "--static", "0="}, "ID=FILE"},
-      {{request, "--static", "x=front.txt"}, "ID=FILE"},
-      {{request, "--static", "4294967296=front.txt"}, "ID=FILE"},
-      {{request, "--static", "0=" + request, "--static", "0=" + request}, "camera 0 given twice"},
-      {{request, "--format", "xml"}, "xml"},
-      {{request, "--log", "loud"}, "loud"},
-      {{request, "--log"}, "--log"},
-      {{request, "--only", "Set*"}, "--only"},
-      {{request, request}, request},
-  };
-  for (const auto& [args, expected] : cases) {
-    SCOPED_TRACE(expected);
-    const Outcome outcome = RunTool(args);
-    EXPECT_EQ(2, outcome.status);
-    EXPECT_EQ("", outcome.out);
-    EXPECT_NE(std::string::npos, outcome.err.find(expected)) << outcome.err;
-  }
-  const Outcome help = RunTool({"--help"});
-  EXPECT_EQ(0, help.status);
-  for (const char* option :
-       {"REQUEST", "--static ID=FILE", "--format table|json", "--log LEVEL", "--only PATTERN"})
-    EXPECT_NE(std::string::npos, help.out.find(option)) << option;
-}
-
-// ---- The output forms ------------------------------------------------------
+// ---- The output forms ---------------------------------------------------------------
 TEST(DumpRealText, ShortestTextThatReadsBackAsTheSameValue) {
   const std::pair<double, const char*> cases[] = {
       {0.1f, "0.1"},          {1.0f / 3, "0.33333334"},     {80.0f, "80.0"},
@@ -245,24 +454,40 @@ TEST(DumpRealText, ShortestTextThatReadsBackAsTheSameValue) {
   for (const auto& [value, text] : cases) EXPECT_EQ(text, dump::RealText(value));
 }
 
+metatext::Buffer ABuffer() {
+  metatext::Buffer buffer;
+  buffer.file = "dump.txt";
+  buffer.line = 7;
+  buffer.camera = "2";
+  buffer.kind = metatext::Kind::kLastRequest;
+  buffer.stale = true;
+  buffer.meta = std::make_shared<NvMetadata>();
+  return buffer;
+}
+
 TEST(DumpTable, WideValuesContinueUnderTheValueColumn) {
   dump::Value many = dump::Value::array(), faces = {{"faceCount", 3}, {"faces", dump::Value::array()}};
   for (int i = 0; i < 300; ++i) many.push_back(i * 1000);
   for (int i = 0; i < 3; ++i)
     faces["faces"].push_back({{"rect", {{"left", 100 * i}, {"width", 40}}}, {"label", "a\"b"}});
-  const std::vector<dump::OperationRun> runs = {
-      {3, "GetShort", 0, 7, {}},
-      {41, "GetLSC", 0, many, {}},
-      {187, "GetFaceRect", 0, faces, {{'W', "File.cpp", 12, "GetFaceRect", "\"no face\""}}},
-      {188, "GetFocusROI", -1, nullptr, {}},
-  };
+  const metatext::Buffer buffer = ABuffer();
+  const std::vector<dump::BufferRun> runs = {
+      {{4, &buffer, nullptr},
+       {
+           {3, "GetShort", 0, 7, {}, {}},
+           {41, "GetLSC", 0, many, {}, {}},
+           {187, "GetFaceRect", 0, faces, {{'W', "File.cpp", 12, "GetFaceRect", "\"no face\""}}, {}},
+           {188, "GetFocusROI", -1, nullptr, {}, {}},
+       }}};
   std::ostringstream out;
-  dump::PrintTable(runs, true, out);
+  dump::PrintTable(runs, {true, false}, out);
   const std::vector<std::string> lines = Lines(out.str());
-  const size_t column = lines[0].find("value");
-  EXPECT_EQ("   3  GetShort          0  7", lines[1]);
+  EXPECT_EQ("buffer 4: dump.txt:7, camera 2, last request, stale, 0 entries", lines[0]);
+  const size_t column = lines[1].find("value");
+  EXPECT_EQ("   3  GetShort          0  7", lines[2]);
   size_t rows = 0;
-  for (const std::string& line : lines) {
+  for (size_t i = 1; i < lines.size(); ++i) {
+    const std::string& line = lines[i];
     EXPECT_LE(line.size(), 128u) << line;
     if (line.find_first_not_of(' ') == 6) continue;  // a log line
     if (line[3] != ' ') {  // a row: its slot number ends there, its value starts in the column
@@ -279,10 +504,16 @@ TEST(DumpTable, WideValuesContinueUnderTheValueColumn) {
     EXPECT_NE(std::string::npos, out.str().find(text)) << text;
 }
 
-TEST(DumpJson, TextThatIsNotUtf8IsReplacedNotFatal) {
+TEST(DumpJson, OneObjectPerBufferWithItsOperationsAndBadTextReplaced) {
+  const metatext::Buffer buffer = ABuffer();
   std::ostringstream out;
-  dump::PrintJson({{9, "GetImgName", 0, std::string("IMG\xff"), {}}}, false, out);
-  EXPECT_EQ("IMG\xEF\xBF\xBD", Json::parse(out.str())[0]["value"]);
+  dump::PrintJson({{{4, &buffer, nullptr}, {{9, "GetImgName", 0, std::string("IMG\xff"), {}, {}}}}}, false,
+                  out);
+  const Json dump = Json::parse(out.str());
+  EXPECT_EQ(Json::parse(R"([{"buffer":4,"file":"dump.txt","line":7,"camera":"2","kind":"last request",
+      "detail":"","stale":true,"entries":0,"operations":[{"slot":9,"operation":"GetImgName","result":0,
+      "value":"IMG\uFFFD","tags":[]}]}])"),
+            dump);
 }
 
 }  // namespace

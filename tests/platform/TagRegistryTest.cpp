@@ -131,6 +131,7 @@ TEST(TagRegistry, EnumNamesBelongToTheirTag) {
   EXPECT_TRUE(NvMetadata::getTagEnumValue(ANDROID_EFV_AUTO_ZOOM, "TRUE", 4, &value) == 0 && value == 0);
   EXPECT_NE(0, NvMetadata::getTagEnumValue(ANDROID_CONTROL_AE_MODE, "ON_AUTO", 7, &value));
   EXPECT_NE(0, NvMetadata::getTagEnumValue(ANDROID_CONTROL_AE_MODE, "ON_AUTO_FLASH_X", 15, &value));
+  EXPECT_NE(0, NvMetadata::getTagEnumValue(ANDROID_CONTROL_AE_MODE, std::string("ON\0FLASH", 8).data(), 8, &value));
   EXPECT_NE(0, NvMetadata::getTagEnumValue(ANDROID_SENSOR_EXPOSURE_TIME, "OFF", 3, &value));
   EXPECT_NE(0, NvMetadata::getTagEnumValue(MTK_3A_FEATURE_AF_ROI, "OFF", 3, &value));
   EXPECT_EQ(0, value);

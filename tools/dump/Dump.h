@@ -1,6 +1,7 @@
-// metahelper-dump: replays a captured request through the helper that
+// metahelper-dump: replays captured camera metadata through the helper that
 // GetInstance hands out and prints every getter's and query's result and
-// value, and optionally the log lines each call emitted.
+// value, the tags each looked up, and optionally the log lines each call
+// emitted.
 #pragma once
 
 #include <ostream>
@@ -9,10 +10,12 @@ namespace dump {
 
 // The whole tool, callable in-process: argv as main receives it; the dump
 // goes to `out`, problems, notes and usage errors to `err`. Returns the exit
-// status: 0, or 2 for bad usage or bad input (then `out` stays empty).
-// Registers the --static files with the process-wide static metadata store
-// for the length of the run only, and takes the library's log settings over
-// for that long (the previous ones, and no observers, afterwards).
+// status: 0; 1 when a buffer of a whole dump did not read (the others are
+// replayed); 2 for bad usage or an input that cannot be used (then `out`
+// stays empty). Installs its own vendor tag table, registers static
+// metadata with the process-wide store and takes the library's log settings
+// over, each only for the length of the run (what was there before, and no
+// observers, afterwards).
 int RunDump(int argc, char** argv, std::ostream& out, std::ostream& err);
 
 }  // namespace dump

@@ -131,6 +131,39 @@ size_t OperationWidth(const std::vector<OperationRun>& runs) {
   return width;
 }
 
+constexpr const char* kCutMark = "  ! the dump printed only part of it";
+
+// With --tags every lookup gets a line; without, only those that the answer
+// rests on and the dump cut short.
+void PrintTags(const std::vector<TagLookup>& tags, bool all, const std::string& indent, std::ostream& out) {
+  for (const TagLookup& tag : tags) {
+    if (!all && !tag.cut) continue;
+    out << indent << (tag.found ? "found    " : "missing  ") << tag.tag << " (" << tag.from << ")"
+        << (tag.cut ? kCutMark : "") << '\n';
+  }
+}
+
+void PrintOperations(const std::vector<OperationRun>& runs, TableShows shows, std::ostream& out) {
+  const size_t nameWidth = OperationWidth(runs);
+  const size_t valueColumn = kSlotWidth + nameWidth + kResultWidth + 3 * 2;
+  const size_t valueWidth = std::max(kMinValueWidth, kLineWidth - std::min(kLineWidth, valueColumn));
+  const std::string valueIndent(valueColumn, ' ');
+  const std::string noteIndent(kSlotWidth + 2, ' ');
+  out << std::left;
+  out << std::setw(kSlotWidth) << "slot" << kGap << std::setw(nameWidth) << "operation" << kGap << std::right
+      << std::setw(kResultWidth) << "result" << kGap << "value\n";
+  for (const OperationRun& run : runs) {
+    const Item lines = Layout(run.value, valueWidth, false);
+    out << std::right << std::setw(kSlotWidth) << run.slot << kGap << std::left << std::setw(nameWidth)
+        << run.operation << kGap << std::right << std::setw(kResultWidth) << run.result << kGap << lines[0]
+        << '\n';
+    for (size_t i = 1; i < lines.size(); ++i) out << valueIndent << lines[i] << '\n';
+    PrintTags(run.tags, shows.tags, noteIndent, out);
+    if (!shows.log) continue;
+    for (const LogLine& line : run.log) out << noteIndent << LogText(line) << '\n';
+  }
+}
+
 Value LogValue(const std::vector<LogLine>& lines) {
   Value log = Value::array();
   for (const LogLine& line : lines) {
@@ -143,40 +176,124 @@ Value LogValue(const std::vector<LogLine>& lines) {
   return log;
 }
 
-}  // namespace
+Value TagsValue(const std::vector<TagLookup>& tags) {
+  Value values = Value::array();
+  for (const TagLookup& tag : tags) {
+    Value value = {{"tag", tag.tag}, {"from", tag.from}, {"found", tag.found}};
+    if (tag.cut) value["cut"] = true;
+    values.push_back(std::move(value));
+  }
+  return values;
+}
 
-void PrintTable(const std::vector<OperationRun>& runs, bool withLog, std::ostream& out) {
-  const size_t nameWidth = OperationWidth(runs);
-  const size_t valueColumn = kSlotWidth + nameWidth + kResultWidth + 3 * 2;
-  const size_t valueWidth = std::max(kMinValueWidth, kLineWidth - std::min(kLineWidth, valueColumn));
-  const std::string valueIndent(valueColumn, ' ');
-  const std::string logIndent(kSlotWidth + 2, ' ');
-  out << std::left;
-  out << std::setw(kSlotWidth) << "slot" << kGap << std::setw(nameWidth) << "operation" << kGap << std::right
-      << std::setw(kResultWidth) << "result" << kGap << "value\n";
-  for (const OperationRun& run : runs) {
-    const Item lines = Layout(run.value, valueWidth, false);
-    out << std::right << std::setw(kSlotWidth) << run.slot << kGap << std::left << std::setw(nameWidth)
-        << run.operation << kGap << std::right << std::setw(kResultWidth) << run.result << kGap << lines[0]
+Value OperationValue(const OperationRun& run, bool withLog) {
+  Value object = {{"slot", run.slot},
+                  {"operation", run.operation},
+                  {"result", run.result},
+                  {"value", run.value},
+                  {"tags", TagsValue(run.tags)}};
+  if (withLog) object["log"] = LogValue(run.log);
+  return object;
+}
+
+std::string KindText(const metatext::Buffer& buffer) {
+  const std::string kind = metatext::KindName(buffer.kind);
+  return buffer.detail.empty() ? kind : kind + " (" + buffer.detail + ")";
+}
+
+std::string Where(const metatext::Buffer& buffer) { return buffer.file + ":" + std::to_string(buffer.line); }
+
+std::string EntriesText(const metatext::Buffer& buffer) {
+  return buffer.meta != nullptr ? std::to_string(buffer.meta->entryCount()) + " entries" : "unreadable";
+}
+
+Value BufferValue(const NumberedBuffer& numbered) {
+  const metatext::Buffer& buffer = *numbered.buffer;
+  Value object = {{"buffer", numbered.number},
+                  {"file", buffer.file},
+                  {"line", buffer.line},
+                  {"camera", buffer.camera.empty() ? Value() : Value(buffer.camera)},
+                  {"kind", metatext::KindName(buffer.kind)},
+                  {"detail", buffer.detail},
+                  {"stale", buffer.stale},
+                  {"entries", buffer.meta != nullptr ? Value(buffer.meta->entryCount()) : Value()}};
+  if (buffer.meta == nullptr) object["problem"] = buffer.problem.text;
+  return object;
+}
+
+// Text values are bytes from the capture: replace what is not UTF-8 rather
+// than fail the whole dump.
+std::string JsonText(const Value& value) {
+  return value.dump(-1, ' ', false, Value::error_handler_t::replace);
+}
+
+std::string Heading(const NumberedBuffer& numbered) {
+  const metatext::Buffer& buffer = *numbered.buffer;
+  std::string heading = "buffer " + std::to_string(numbered.number) + ": " + Where(buffer);
+  if (!buffer.camera.empty()) heading += ", camera " + buffer.camera;
+  heading += ", " + KindText(buffer);
+  if (buffer.stale) heading += ", stale";
+  return heading + ", " + EntriesText(buffer);
+}
+
+// A JSON array, an element a line; `each(i)` prints element i.
+template <typename Each>
+void PrintArray(size_t count, std::ostream& out, Each each) {
+  out << '[';
+  for (size_t i = 0; i < count; ++i) {
+    out << (i == 0 ? "\n" : ",\n");
+    each(i);
+  }
+  out << (count == 0 ? "]" : "\n]");
+}
+
+void PrintListTable(const std::vector<NumberedBuffer>& buffers, std::ostream& out) {
+  size_t whereWidth = 4, kindWidth = 4;
+  for (const NumberedBuffer& numbered : buffers) {
+    whereWidth = std::max(whereWidth, Where(*numbered.buffer).size());
+    kindWidth = std::max(kindWidth, KindText(*numbered.buffer).size());
+  }
+  out << std::right << std::setw(3) << "#" << kGap << std::left << std::setw(whereWidth) << "file" << kGap
+      << "camera" << kGap << std::setw(kindWidth) << "kind" << kGap << "stale" << kGap << "entries\n";
+  for (const NumberedBuffer& numbered : buffers) {
+    const metatext::Buffer& buffer = *numbered.buffer;
+    out << std::right << std::setw(3) << numbered.number << kGap << std::left << std::setw(whereWidth)
+        << Where(buffer) << kGap << std::setw(6) << (buffer.camera.empty() ? "-" : buffer.camera) << kGap
+        << std::setw(kindWidth) << KindText(buffer) << kGap << std::setw(5) << (buffer.stale ? "stale" : "")
+        << kGap << (buffer.meta != nullptr ? std::to_string(buffer.meta->entryCount()) : "unreadable")
         << '\n';
-    for (size_t i = 1; i < lines.size(); ++i) out << valueIndent << lines[i] << '\n';
-    if (!withLog) continue;
-    for (const LogLine& line : run.log) out << logIndent << LogText(line) << '\n';
   }
 }
 
-void PrintJson(const std::vector<OperationRun>& runs, bool withLog, std::ostream& out) {
-  out << '[';
+}  // namespace
+
+void PrintTable(const std::vector<BufferRun>& runs, TableShows shows, std::ostream& out) {
   for (size_t i = 0; i < runs.size(); ++i) {
-    const OperationRun& run = runs[i];
-    Value object = {
-        {"slot", run.slot}, {"operation", run.operation}, {"result", run.result}, {"value", run.value}};
-    if (withLog) object["log"] = LogValue(run.log);
-    // Text values are bytes from the capture: replace what is not UTF-8
-    // rather than fail the whole dump.
-    out << (i == 0 ? "\n" : ",\n") << object.dump(-1, ' ', false, Value::error_handler_t::replace);
+    out << (i == 0 ? "" : "\n") << Heading(runs[i].buffer) << '\n';
+    PrintOperations(runs[i].operations, shows, out);
   }
-  out << (runs.empty() ? "]\n" : "\n]\n");
+}
+
+void PrintJson(const std::vector<BufferRun>& runs, bool withLog, std::ostream& out) {
+  PrintArray(runs.size(), out, [&](size_t i) {
+    std::string object = JsonText(BufferValue(runs[i].buffer));
+    object.pop_back();  // the closing brace: the operations follow, one a line
+    out << object << ",\"operations\":";
+    const std::vector<OperationRun>& operations = runs[i].operations;
+    PrintArray(operations.size(), out,
+               [&](size_t j) { out << JsonText(OperationValue(operations[j], withLog)); });
+    out << '}';
+  });
+  out << '\n';
+}
+
+void PrintList(const std::vector<NumberedBuffer>& buffers, Format format, std::ostream& out) {
+  if (format == Format::kJson) {
+    PrintArray(buffers.size(), out, [&](size_t i) { out << JsonText(BufferValue(buffers[i])); });
+    out << '\n';
+  } else {
+    PrintListTable(buffers, out);
+  }
 }
 
 }  // namespace dump

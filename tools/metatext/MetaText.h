@@ -87,8 +87,13 @@ struct Capture {
 // not read is kept with its problem and no entries; the others still load.
 // Names the registry does not know are added to `vendorTags`, which must be
 // the table installed with NvMetadata::setVendorTagTable; with null they are
-// skipped with a note. False, with *problem set, only when the text cannot be
-// read at all (a file that does not open, a read error).
+// skipped with a note. Entries printed as unknownSection.unknownTag with a
+// vendor number take the name the dump's own vendor tag section gives that
+// number, once the whole text is read. A text without any "Dumping" line is
+// one buffer from its first entry line on. The text is read line by line;
+// only the loaded buffers and the one being read are kept. False, with
+// *problem set, only when the text cannot be read at all (a file that does
+// not open, a read error).
 bool ReadText(std::istream& in, const std::string& fileName, NvVendorTagTable* vendorTags, Capture* capture,
               Problem* problem);
 bool ReadFile(const std::string& path, NvVendorTagTable* vendorTags, Capture* capture, Problem* problem);
@@ -100,14 +105,15 @@ bool ReadFile(const std::string& path, NvVendorTagTable* vendorTags, Capture* ca
 // are skipped with a note.
 bool ParseText(std::istream& in, const std::string& fileName, NvMetadata* meta, Problem* problem,
                std::vector<Problem>* notes = nullptr);
-bool ParseFile(const std::string& path, NvMetadata* meta, Problem* problem, std::vector<Problem>* notes = nullptr);
+bool ParseFile(const std::string& path, NvMetadata* meta, Problem* problem,
+               std::vector<Problem>* notes = nullptr);
 
 // How the platform's printer prints: the forms changed between Android
 // versions. The defaults print as Android 15 from its sixth release to its
 // twentieth does, with the camera service's verbosity.
 struct PrintStyle {
-  int indentation = 0;  // of the "Dumping" line; the service uses 4, 6 or 8
-  int verbosity = 2;    // below 2 long entries are cut to 16 values; below 1 no values
+  int indentation = 0;                   // of the "Dumping" line; the service uses 4, 6 or 8
+  int verbosity = 2;                     // below 2 long entries are cut to 16 values; below 1 no values
   bool keyNames = true;                  // Android 14+: "65536 (aeAntibandingMode)" in available*Keys
   bool everyStreamValueNamed = false;    // before 15.0.0_r6: every int32 of stream configurations named
   bool physicalIdsAsCharacters = false;  // 15.0.0_r20+: physicalIds as characters, NULs left out
@@ -117,7 +123,10 @@ struct PrintStyle {
 // order: header lines, one line per entry, values per line by type (16 byte,
 // 4 int32, 8 float, 2 int64, 4 double, 2 rational), enum names for byte and
 // int32 values of Android enum tags. Vendor tags print under the names the
-// registry or the installed vendor tag table gives them.
+// registry or the installed vendor tag table gives them. The header shows a
+// buffer allocated to fit: capacities equal to the counts, the data bytes as
+// the platform lays them out (an entry's data of more than 4 bytes goes to
+// the data area, aligned to 8), version 1 and no flags.
 void Print(const NvMetadata& meta, const PrintStyle& style, std::ostream& out);
 
 }  // namespace metatext
