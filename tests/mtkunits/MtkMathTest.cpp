@@ -153,6 +153,58 @@ TEST(ToInSensorZoom, DoublesTheOffsetFromTheQuarter) {
     EXPECT_EQ(expected, m::ToInSensorZoom(c, uint32_t(extent))) << c << "/" << extent;
 }
 
+// Face corners: as sent, or mapped into in-sensor-zoom mode, then scaled.
+TEST(FaceBoxes, CornersMapAndScaleInWrappingArithmetic) {
+  const ChiRect active{0, 0, 4000, 3000};
+  const int32_t face[m::kFaceWords] = {1200, 900, 1400, 1100, 0, 1, 2, 3, 4};
+  const struct {
+    bool inSensorZoom;
+    uint32_t scale;
+    std::array<int32_t, 4> corners;
+  } kCases[] = {
+      {false, 1, {1200, 900, 1400, 1100}},
+      {false, 2, {2400, 1800, 2800, 2200}},
+      {true, 1, {400, 300, 800, 700}},  // (c - A/4) * 2
+      {true, 2, {800, 600, 1600, 1400}},
+  };
+  for (const auto& c : kCases) {
+    const nvholder::FDFaceBox box = m::ScaledBox(m::FaceCorners(face, c.inSensorZoom, active), c.scale);
+    EXPECT_EQ(c.corners, (std::array<int32_t, 4>{box.x0, box.y0, box.x1, box.y1}))
+        << c.inSensorZoom << c.scale;
+  }
+  const nvholder::FDFaceBox extreme{INT32_MAX, -1, INT32_MIN, 5};
+  const nvholder::FDFaceBox doubled = m::ScaledBox(extreme, 2);
+  EXPECT_EQ((std::array<int32_t, 4>{-2, -2, 0, 10}),
+            (std::array<int32_t, 4>{doubled.x0, doubled.y0, doubled.x1, doubled.y1}));
+  // Extents of extreme corners wrap modulo 2^32 rather than overflowing.
+  EXPECT_EQ((Quad{INT32_MAX, UINT32_MAX, 1, 6}), Q(m::BoxRect(extreme)));
+  EXPECT_EQ((Quad{10, 20, 30, 40}), Q(m::BoxRect({10, 20, 40, 60})));
+}
+
+// Centres: a face's falls back to the image's outside it; a region's to half
+// its size at the origin.
+TEST(Centres, FaceAndRegionCentresAndTheirFallBacks) {
+  using P = std::pair<int32_t, int32_t>;
+  const struct {
+    __UtilsImage_Rect rect;
+    P face;  // in a 1920 x 1080 image
+    P region;
+  } kCases[] = {
+      {{100, 100, 200, 100}, {200, 150}, {200, 150}},
+      {{1900, 100, 100, 100}, {960, 540}, {1950, 150}},  // right of the image
+      {{100, 1050, 100, 100}, {960, 540}, {150, 1100}},  // below it
+      {{0, 0, 1, 1}, {960, 540}, {0, 0}},                // centre 0: neither side of 1
+      {{0, 0, 0, 0}, {960, 540}, {0, 0}},
+      {{1918, 1078, 4, 4}, {1920, 1080}, {1920, 1080}},  // on the edge still inside
+  };
+  for (const auto& c : kCases) {
+    const __UtilsImage_point face = m::FaceCenter(c.rect, 1920, 1080);
+    const __UtilsImage_point region = m::RegionCenter(c.rect);
+    EXPECT_EQ(c.face, P(face.x, face.y)) << c.rect.left << "," << c.rect.top;
+    EXPECT_EQ(c.region, P(region.x, region.y)) << c.rect.left << "," << c.rect.top;
+  }
+}
+
 TEST(AeRatioFromAdjust, ExponentBelowTenThousandRatioAbove) {
   const float cases[][2] = {{0, 1.0f},         {1000, 2.0f},  {-1000, 0.5f},
                             {2500, 5.656854f}, {10000, 0.1f}, {50000, 0.5f}};
