@@ -88,18 +88,19 @@ TEST(OperationTable, FollowsTheSlotTableWithKindsAndAllocationsItsSignaturesImpl
 // nothing under null outputs. Every container each operation may meet is the
 // row sweep's.
 TEST(EveryOperation, TheSinkHearsExactlyTheSuccesses) {
-  StaticMetadataWraper::getInstance()->setStaticMetadata(cattest::kFullCamera, cattest::FullContainer());
+  StaticMetadataWraper::getInstance()->setStaticMetadata(testsupport::kFullCamera,
+                                                         testsupport::FullContainer());
   metahelper::metadataHelperBase generic;
   metahelper::MtkMetadataHelper platform;
   for (metahelper::metadataHelperBase* helper :
        {&generic, static_cast<metahelper::metadataHelperBase*>(&platform)}) {
-    for (const MetaPtr& request : {cattest::FullContainer(), std::make_shared<NvMetadata>()}) {
+    for (const MetaPtr& request : {testsupport::FullContainer(), std::make_shared<NvMetadata>()}) {
       for (const bool nullOutputs : {false, true}) {
         for (const Operation& op : ReadsThenWrites()) {
           RecordingSink sink;
           CallContext context;
           context.request = request;
-          context.cameraId = cattest::kFullCamera;
+          context.cameraId = testsupport::kFullCamera;
           context.nullOutputs = nullOutputs;
           context.sink = &sink;
           const bool succeeded = opcatalog::Succeeded(op, op.call(*helper, context));

@@ -6,8 +6,6 @@
 // check the tables themselves against what callers see.
 #include <gtest/gtest.h>
 
-#include <RegisteredTags.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -27,15 +25,15 @@ using metahelper::metadataHelperBase;
 using metahelper::MetaPtr;
 using metahelper::MtkMetadataHelper;
 using testsupport::NewMeta;
+using testsupport::Ones;
 using Bytes = std::vector<uint8_t>;
 using Log = std::vector<std::string>;
 
-constexpr int kCamera = 1;           // every int argument, and the camera of static reads
-constexpr uint32_t kWriteCount = 3;  // elements an array write is given
-constexpr uint8_t kCanary = 0xA5;    // fills output storage before each call
-constexpr size_t kSlack = 32;        // canary bytes past the output
-constexpr size_t kRoom = 4096;       // output storage of hand-written operations
-constexpr uint32_t kFullCount = 4096;
+constexpr int kCamera = testsupport::kFullCamera;  // every int argument, the camera of static reads
+constexpr uint32_t kWriteCount = 3;                // elements an array write is given
+constexpr uint8_t kCanary = 0xA5;                  // fills output storage before each call
+constexpr size_t kSlack = 32;                      // canary bytes past the output
+constexpr size_t kRoom = 4096;                     // output storage of hand-written operations
 constexpr uint32_t kSmallCounts = 40;
 
 // ---- Calling a row's operation ----------------------------------------------
@@ -194,19 +192,6 @@ Bytes Pattern(size_t size, int seed = 0) {
 Bytes Pattern(const Access& access, uint32_t count, int seed = 0) {
   return Pattern(count * ElementSize(access.elements.type), seed);
 }
-// Elements of value one: plausible counts, ids and sizes for the computations.
-// The integer types take the low bytes of a 64-bit one (little-endian hosts).
-Bytes Ones(uint8_t type, uint32_t count) {
-  static const int64_t kInteger = 1;
-  static const float kFloat = 1;
-  static const double kDouble = 1;
-  static const camera_metadata_rational kRational{1, 1};
-  const void* one[NUM_TYPES] = {&kInteger, &kInteger, &kFloat, &kInteger, &kDouble, &kRational};
-  Bytes bytes(count * ElementSize(type));
-  for (size_t i = 0; i < bytes.size(); i += ElementSize(type))
-    std::memcpy(&bytes[i], one[type], ElementSize(type));
-  return bytes;
-}
 // The row's element type must be the tag's registered one.
 void Store(NvMetadata& meta, const Access& access, const Bytes& bytes) {
   const uint32_t tag = TagOf(access.tag);
@@ -214,14 +199,6 @@ void Store(NvMetadata& meta, const Access& access, const Bytes& bytes) {
   ASSERT_EQ(0, meta.update(tag, static_cast<const void*>(bytes.data()),
                            bytes.size() / ElementSize(access.elements.type)));
 }
-// Every registered tag with plenty of elements.
-MetaPtr Full() {
-  MetaPtr meta = NewMeta();
-  for (const nvmetadata::TagInfo& tag : nvmetadata::kRegisteredTags)
-    meta->update(tag.tag, static_cast<const void*>(Ones(tag.type, kFullCount).data()), kFullCount);
-  return meta;
-}
-
 // ---- What the log should hold ---------------------------------------------------
 std::string Record(char level, const std::string& file, int line, const std::string& function,
                    const std::string& text) {
@@ -516,7 +493,7 @@ TEST_P(RowSweep, HandWrittenOperationsStayInsideEveryEntry) {
     const bool nullOutputs = (row.needs & kNeedsOutput) == 0;
     for (const Access& access : row.access) {
       if (!HasTag(access.tag)) continue;
-      const MetaPtr full = Full();
+      const MetaPtr full = testsupport::FullContainer();
       StaticMetadataWraper::getInstance()->setStaticMetadata(kCamera, full);
       std::vector<uint32_t> counts{Needed(access) - 1, Needed(access), Needed(access) + 1};
       for (uint32_t count = 0; count <= kSmallCounts; ++count) counts.push_back(count);
