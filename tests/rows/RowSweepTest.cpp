@@ -34,7 +34,7 @@ constexpr uint32_t kWriteCount = 3;                // elements an array write is
 constexpr uint8_t kCanary = 0xA5;                  // fills output storage before each call
 constexpr size_t kSlack = 32;                      // canary bytes past the output
 constexpr size_t kRoom = 4096;                     // output storage of hand-written operations
-constexpr uint32_t kSmallCounts = 40;
+constexpr uint32_t kSmallCounts = 40;              // every count up to this, for hand-written operations
 
 // ---- Calling a row's operation ----------------------------------------------
 // Through its member pointer, as the table names it. The request is the first
@@ -498,7 +498,8 @@ TEST_P(RowSweep, HandWrittenOperationsStayInsideEveryEntry) {
       std::vector<uint32_t> counts{Needed(access) - 1, Needed(access), Needed(access) + 1};
       for (uint32_t count = 0; count <= kSmallCounts; ++count) counts.push_back(count);
       for (uint32_t count : counts) {
-        Where(row, "tag 0x" + std::to_string(TagOf(access.tag)) + " with " + std::to_string(count));
+        SCOPED_TRACE(
+            Where(row, NvMetadata::getTagName(TagOf(access.tag)) + (" with " + std::to_string(count))));
         Store(*full, access, Ones(access.elements.type, count));
         Call(entry, full, &out);
         if (nullOutputs) Call(entry, full, nullptr);
