@@ -1,18 +1,12 @@
-// A sink that records what it hears as flat "path=value" lines, and a
-// container holding every registered tag.
+// A sink that records what it hears as flat "path=value" lines.
 #pragma once
 
-#include <MetaTagWrapper.h>
-#include <NvMetadata.h>
-
-#include <memory>
 #include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "OperationCatalog.h"
-#include "RegisteredTags.h"
 
 namespace cattest {
 
@@ -83,31 +77,5 @@ class RecordingSink : public opcatalog::ValueSink {
   std::vector<Frame> open_;
   bool unbalanced_ = false;
 };
-
-// Every registered tag, with enough elements of value 1 for the largest
-// fixed-size copy any operation makes; the physical-id list holds one id so
-// that its NUL-separated parse ends.
-inline std::shared_ptr<NvMetadata> FullContainer() {
-  static const std::vector<uint8_t> bytes(32768, 1);
-  static const std::vector<int32_t> ints(8192, 1);
-  static const std::vector<float> floats(8192, 1.0f);
-  static const std::vector<int64_t> longs(4096, 1);
-  static const std::vector<double> doubles(4096, 1.0);
-  static const std::vector<camera_metadata_rational> ratios(4096, camera_metadata_rational{1, 1});
-  // By TYPE_* code: the elements, and how many.
-  const std::pair<const void*, size_t> ones[NUM_TYPES] = {
-      {bytes.data(), bytes.size()}, {ints.data(), ints.size()},       {floats.data(), floats.size()},
-      {longs.data(), longs.size()}, {doubles.data(), doubles.size()}, {ratios.data(), ratios.size()}};
-  auto meta = std::make_shared<NvMetadata>();
-  for (const nvmetadata::TagInfo& tag : nvmetadata::kRegisteredTags)
-    meta->update(tag.tag, ones[tag.type].first, ones[tag.type].second);
-  const uint8_t physicalIds[] = {'1', '\0'};
-  meta->update(ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS, physicalIds, sizeof(physicalIds));
-  return meta;
-}
-
-// The camera id every int32 tag of FullContainer names, the framework id
-// included; its static metadata is full as well.
-constexpr int kFullCamera = 1;
 
 }  // namespace cattest

@@ -3,8 +3,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <new>
-#include <set>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -12,27 +10,7 @@
 #include "CatalogTestSupport.h"
 #include "MtkMetadataHelper.h"
 #include "OperationCatalog.h"
-#include "TagTable.h"
 #include "TestSupport.h"
-
-// Counts heap allocations while `gCounting` is set.
-namespace {
-bool gCounting = false;
-int gAllocations = 0;
-}  // namespace
-
-void* operator new(size_t size) {
-  if (gCounting) ++gAllocations;
-  void* block = std::malloc(size == 0 ? 1 : size);
-  if (block == nullptr) std::abort();
-  return block;
-}
-void* operator new(size_t size, const std::nothrow_t&) noexcept {
-  if (gCounting) ++gAllocations;
-  return std::malloc(size == 0 ? 1 : size);
-}
-void operator delete(void* block) noexcept { std::free(block); }
-void operator delete(void* block, size_t) noexcept { std::free(block); }
 
 namespace {
 
@@ -106,121 +84,34 @@ TEST(OperationTable, FollowsTheSlotTableWithKindsAndAllocationsItsSignaturesImpl
   }
 }
 
-// Every operation on both helpers and on every container it may meet, bad
-// ones included. Run under the sanitizers, any overflow or stray read in an
-// operation stops the test.
-MetaPtr EveryTagWithoutElements() {
-  auto meta = std::make_shared<NvMetadata>();
-  for (const tagtable::RegisteredTag& tag : tagtable::kRegisteredTags)
-    meta->update(tag.tag, static_cast<const void*>(nullptr), 0);
-  return meta;
-}
-
-MetaPtr FullNaming(int32_t cameraId) {
-  MetaPtr meta = cattest::FullContainer();
-  Put(*meta, META_FWK_CAMERA_ID, std::vector<int32_t>{cameraId});
-  return meta;
-}
-
-struct Subject {
-  const char* what;
-  MetaPtr (*request)();
-  int cameraId;
-  bool undeclared;  // no tag index declared
-};
-const Subject kSubjects[] = {
-    {"NoContainer", [] { return MetaPtr(); }, cattest::kFullCamera, false},
-    {"Empty", [] { return std::make_shared<NvMetadata>(); }, cattest::kFullCamera, false},
-    {"EveryTagWithoutElements", EveryTagWithoutElements, 0, false},
-    {"Full", cattest::FullContainer, cattest::kFullCamera, false},
-    {"FullNamingUnknownCamera", [] { return FullNaming(99); }, 99, false},
-    {"FullNamingCameraMinusOne", [] { return FullNaming(-1); }, -1, false},
-    {"FullWithoutDeclaredIndices", [] { return FullNaming(99); }, 99, true},
-};
-void PrintTo(const Subject& subject, std::ostream* os) { *os << subject.what; }
-
-class EveryOperation : public ::testing::TestWithParam<std::tuple<bool, Subject>> {
- protected:
-  void SetUp() override {
-    StaticMetadataWraper::getInstance()->setStaticMetadata(cattest::kFullCamera, cattest::FullContainer());
-    StaticMetadataWraper::getInstance()->setStaticMetadata(0, EveryTagWithoutElements());
-    const Subject& subject = std::get<1>(GetParam());
-    context_.request = subject.request();
-    context_.cameraId = subject.cameraId;
-    context_.second = std::make_shared<NvMetadata>();
-    for (int i = 0; subject.undeclared && i < META_NO_INDEX; ++i)
-      MetaTagWrapper::getInstance().setTag(static_cast<META_TAG_INDEX>(i), MetaTagWrapper::kUndeclared);
-  }
-  void TearDown() override {
-    MetaTagWrapper::getInstance().resetTags();
-    StaticMetadataWraper::getInstance()->clear();
-  }
-  metahelper::metadataHelperBase& Helper() {
-    return std::get<0>(GetParam()) ? static_cast<metahelper::metadataHelperBase&>(platform_) : generic_;
-  }
-  CallContext context_;
-  metahelper::metadataHelperBase generic_;
-  metahelper::MtkMetadataHelper platform_;
-};
-
-// Operations that can still succeed when every output pointer is null: their
-// output is a reference or absent, or (the eye-closure status, the bokeh
-// capability) a null output only skips the copy.
-// clang-format off
-const std::set<std::string> kSucceedWithoutOutputs = {
-    "GetEcdStatus", "GetBokehCapabilityInfo", "UpdateGainMapMeta", "GetCameraRoleIds",
-    "GetAndroidLogicalMultiCameraPhysicalIds", "GetAndroidLogicalMultiCameraPhysicalRoleIds", "IsRearCamera",
-    "GetAnchorFrameOrder", "GetFaceRect", "SetAndroidLensFocalLength", "SetNuvaroEquivalentFocalLength",
-    "SetAnchorFrameIndex", "SetFacesInfoHolder", "SetFocusROI"};
-// clang-format on
-
-TEST_P(EveryOperation, NullOutputsFailQuietlyWhereAPointerWasNulled) {
-  RecordingSink sink;
-  context_.sink = &sink;
-  context_.nullOutputs = true;
-  for (const Operation& op : ReadsThenWrites()) {
-    const int result = op.call(Helper(), context_);
-    if (kSucceedWithoutOutputs.count(op.name) == 0) EXPECT_FALSE(opcatalog::Succeeded(op, result)) << op.name;
-  }
-  EXPECT_EQ(0, sink.events);
-}
-
-// Without a container nothing can be read: only the query answers, the
-// operations that ask by camera id (slots 155 and 159), and the platform's
-// operations that fall back to a fixed value or need no metadata.
-const std::set<int> kFallbackSlots = {155, 159, 164, 110, 115, 189};
-
-// Reads leave the request as it was and give the same outcome when repeated;
-// the sink hears one balanced value exactly when a getter succeeded.
-TEST_P(EveryOperation, ReadsAreRepeatableAndReportExactlyTheirSuccesses) {
-  const NvMetadata before = context_.request ? *context_.request : NvMetadata();
-  bool readsChecked = false;
-  for (const Operation& op : ReadsThenWrites()) {
-    SCOPED_TRACE(op.name);
-    if (op.kind == Kind::Setter && !readsChecked && context_.request) {
-      EXPECT_TRUE(tagtable::SameContent(before, *context_.request)) << "a read changed the request";
-      readsChecked = true;
+// The sink hears one balanced value exactly when an operation succeeded, and
+// nothing under null outputs. Every container each operation may meet is the
+// row sweep's.
+TEST(EveryOperation, TheSinkHearsExactlyTheSuccesses) {
+  StaticMetadataWraper::getInstance()->setStaticMetadata(testsupport::kFullCamera,
+                                                         testsupport::FullContainer());
+  metahelper::metadataHelperBase generic;
+  metahelper::MtkMetadataHelper platform;
+  for (metahelper::metadataHelperBase* helper :
+       {&generic, static_cast<metahelper::metadataHelperBase*>(&platform)}) {
+    for (const MetaPtr& request : {testsupport::FullContainer(), std::make_shared<NvMetadata>()}) {
+      for (const bool nullOutputs : {false, true}) {
+        for (const Operation& op : ReadsThenWrites()) {
+          RecordingSink sink;
+          CallContext context;
+          context.request = request;
+          context.cameraId = testsupport::kFullCamera;
+          context.nullOutputs = nullOutputs;
+          context.sink = &sink;
+          const bool succeeded = opcatalog::Succeeded(op, op.call(*helper, context));
+          EXPECT_TRUE(sink.Balanced()) << op.name;
+          EXPECT_EQ(op.kind != Kind::Setter && succeeded && !nullOutputs, sink.events > 0) << op.name;
+        }
+      }
     }
-    RecordingSink sink, again;
-    context_.sink = &sink;
-    const int result = op.call(Helper(), context_);
-    const bool succeeded = opcatalog::Succeeded(op, result);
-    EXPECT_TRUE(sink.Balanced());
-    EXPECT_EQ(op.kind != Kind::Setter && succeeded, sink.events > 0);
-    if (!context_.request && succeeded) EXPECT_EQ(1u, kFallbackSlots.count(op.slot)) << "without a container";
-    if (op.kind == Kind::Setter) continue;
-    context_.sink = &again;
-    EXPECT_EQ(result, op.call(Helper(), context_));
-    EXPECT_EQ(sink.lines, again.lines);
   }
+  StaticMetadataWraper::getInstance()->clear();
 }
-
-INSTANTIATE_TEST_SUITE_P(Subjects, EveryOperation,
-                         ::testing::Combine(::testing::Bool(), ::testing::ValuesIn(kSubjects)),
-                         [](const auto& info) {
-                           return std::string(std::get<0>(info.param) ? "Platform" : "Generic") +
-                                  std::get<1>(info.param).what;
-                         });
 
 class DescribedValues : public ::testing::Test {
  protected:
@@ -243,24 +134,12 @@ class DescribedValues : public ::testing::Test {
   metahelper::MtkMetadataHelper platform_;
 };
 
-TEST_F(DescribedValues, ScalarsArraysStringsAndQueriesKeepTypeOrderAndLength) {
-  Put(*request_, ANDROID_SENSOR_EXPOSURE_TIME, std::vector<int64_t>{250000000});
-  Put(*request_, ANDROID_SENSOR_DYNAMIC_BLACK_LEVEL, std::vector<float>{64, 65, 66, 67.5f});
+// Numbers, arrays, records and vectors reach the dump tool's JSON, whose tests
+// check them; a string keeps its length, a stored NUL included.
+TEST_F(DescribedValues, StringsKeepTheirLength) {
   Put(*request_, "nuvaro.snapshot.imageName", std::vector<uint8_t>{'I', 'M', 'G', '_', '1', 0});
-  Put(*request_, "com.nuvaro.nvvi2.anchorOutputOrder", std::vector<int32_t>{2, 0, 1});
-  const std::pair<const char*, std::vector<std::string>> cases[] = {
-      {"GetSensorExposureTime", {"=250000000"}},
-      {"GetSensorDynamicBlackLevel", {"#4", "0=64", "1=65", "2=66", "3=67.5"}},
-      {"GetImgName", {"=\"IMG_1\\0\""}},
-      {"GetAnchorFrameOrder", {"#3", "0=2", "1=0", "2=1"}},
-      {"GetFwkCameraId", {"=0"}},
-  };
-  for (const auto& [operation, lines] : cases) {
-    EXPECT_EQ(0, Call(generic_, operation)) << operation;
-    EXPECT_EQ(lines, sink_.lines) << operation;
-  }
-  EXPECT_EQ(1, Call(generic_, "IsRearCamera"));  // facing unreadable: rear
-  EXPECT_EQ(std::vector<std::string>{"=true"}, sink_.lines);
+  EXPECT_EQ(0, Call(generic_, "GetImgName"));
+  EXPECT_EQ(std::vector<std::string>{"=\"IMG_1\\0\""}, sink_.lines);
 }
 
 // Extra arguments come from the context; sizes the output storage cannot
@@ -298,30 +177,6 @@ TEST_F(DescribedValues, TwoContainerOperationsWriteTheSecond) {
   EXPECT_EQ(0, Call(generic_, "UpdateGainMapMeta"));  // into a scratch container
   context_.request.reset();
   EXPECT_EQ(-1, Call(generic_, "UpdateGainMapMeta"));  // refused: it would read through null
-}
-
-// Getters and the query keep the library's promise of no heap allocation;
-// the catalogue adds none on top.
-TEST(CatalogAllocations, NoneForGettersWhoseOutputIsNotHeapStorage) {
-  StaticMetadataWraper::getInstance()->setStaticMetadata(cattest::kFullCamera, cattest::FullContainer());
-  metahelper::metadataHelperBase generic;
-  metahelper::MtkMetadataHelper platform;
-  CallContext context;
-  context.request = cattest::FullContainer();
-  context.cameraId = cattest::kFullCamera;
-  for (metahelper::metadataHelperBase* helper :
-       {&generic, static_cast<metahelper::metadataHelperBase*>(&platform)}) {
-    for (const Operation& op : AllOperations()) {
-      if (op.allocates || op.kind == Kind::Setter) continue;
-      op.call(*helper, context);  // first use may set up platform singletons
-      gAllocations = 0;
-      gCounting = true;
-      op.call(*helper, context);
-      gCounting = false;
-      EXPECT_EQ(0, gAllocations) << op.name;
-    }
-  }
-  StaticMetadataWraper::getInstance()->clear();
 }
 
 }  // namespace

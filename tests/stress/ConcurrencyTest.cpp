@@ -20,6 +20,7 @@
 #include "MetaHelperManagerImpl.h"
 #include "MtkMetadataHelper.h"
 #include "TagTable.h"
+#include "TestSupport.h"
 
 extern "C" void* GetInstance();
 
@@ -37,7 +38,7 @@ constexpr long kShiftTimestamp = 42;
 // The cameras the adapter knows, camera kFullCamera of the zoom-EIS type, and a shift answer for
 // even timestamps only, so that a thread given another's answer, or none, shows.
 void SetUpAdapter() {
-  for (int32_t id = 0; id < 8; ++id) fakeadapter::SetCameraType(id, id == cattest::kFullCamera ? 20 : 1);
+  for (int32_t id = 0; id < 8; ++id) fakeadapter::SetCameraType(id, id == testsupport::kFullCamera ? 20 : 1);
   fakeadapter::SetShiftAnswer(true, 3, -2, 0, /*evenOnly=*/true);
 }
 
@@ -63,7 +64,7 @@ Outcomes RunCatalogue(metahelper::metadataHelperBase& helper, const opcatalog::C
 opcatalog::CallContext FullContext(MetaPtr request) {
   opcatalog::CallContext context;
   context.request = std::move(request);
-  context.cameraId = cattest::kFullCamera;
+  context.cameraId = testsupport::kFullCamera;
   context.timestamp = kShiftTimestamp;
   return context;
 }
@@ -110,8 +111,9 @@ void FirstCallsFromManyThreads() {
   const std::shared_ptr<metahelper::metadataHelperBase> kept = Manager().GetMetadataHelper();
   ExitUnless(kept == Manager().GetMetadataHelper(), "the kept helper changed after first use");
   SetUpAdapter();
-  StaticMetadataWraper::getInstance()->setStaticMetadata(cattest::kFullCamera, cattest::FullContainer());
-  const MetaPtr request = cattest::FullContainer();
+  StaticMetadataWraper::getInstance()->setStaticMetadata(testsupport::kFullCamera,
+                                                         testsupport::FullContainer());
+  const MetaPtr request = testsupport::FullContainer();
   const Outcomes expected = RunCatalogue(*kept, FullContext(request), false);
   for (int i = 0; i < kThreads; ++i) {
     ExitUnless(managers[i] == GetInstance(), "threads saw different managers");
@@ -206,8 +208,9 @@ TEST(SteadyUse, ThreadsSharingARequestSeeWhatOneThreadSees) {
   constexpr int kRounds = 6;
   setenv("METAHELPER_ADAPTER_LIBRARY", ADAPTER_LIBRARY, 0);
   SetUpAdapter();
-  StaticMetadataWraper::getInstance()->setStaticMetadata(cattest::kFullCamera, cattest::FullContainer());
-  const MetaPtr request = cattest::FullContainer();
+  StaticMetadataWraper::getInstance()->setStaticMetadata(testsupport::kFullCamera,
+                                                         testsupport::FullContainer());
+  const MetaPtr request = testsupport::FullContainer();
   const MetaPtr pristine = std::make_shared<NvMetadata>(*request);
   const std::shared_ptr<metahelper::metadataHelperBase> helper = Manager().GetMetadataHelper();
   // Every level on, both sinks counted, nothing printed.

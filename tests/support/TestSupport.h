@@ -8,7 +8,10 @@
 #include <gtest/gtest.h>
 #include <nvdebug/NvLog.h>
 
+#include <RegisteredTags.h>
+
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
@@ -16,11 +19,11 @@
 namespace testsupport {
 
 struct LogLine {
-  char level;            // letter the sink received
-  std::string file;      // short file name
+  char level;        // letter the sink received
+  std::string file;  // short file name
   int line;
   std::string function;
-  std::string text;      // formatted message, without the online prefix
+  std::string text;  // formatted message, without the online prefix
 };
 
 struct AndroidLine {
@@ -35,8 +38,9 @@ struct AndroidLine {
 // hook may.
 class LogCapture {
  public:
-  explicit LogCapture(bool consumeOnline = false) : saved_{gNvCamLogLevel, gNvCamLogGroup, gNvCamOfflineLogLevel,
-                                                          gNvCamOfflineLogGroup, gNvCamDebugMask} {
+  explicit LogCapture(bool consumeOnline = false)
+      : saved_{gNvCamLogLevel, gNvCamLogGroup, gNvCamOfflineLogLevel, gNvCamOfflineLogGroup,
+               gNvCamDebugMask} {
     current_ = this;
     SetSettings(0, 0xFF, 0, 0xFF, 1);
     nvdebug::setOnlineObserver([this, consumeOnline](const nvdebug::LogRecord& r) {
@@ -76,7 +80,8 @@ class LogCapture {
   // "level line text" of every online message, in order: compact to compare.
   std::vector<std::string> Summary() const {
     std::vector<std::string> out;
-    for (const LogLine& l : online) out.push_back(std::string(1, l.level) + " " + std::to_string(l.line) + " " + l.text);
+    for (const LogLine& l : online)
+      out.push_back(std::string(1, l.level) + " " + std::to_string(l.line) + " " + l.text);
     return out;
   }
 
@@ -89,7 +94,8 @@ class LogCapture {
     return {r.level, r.file ? r.file : "", r.line, r.function ? r.function : "", r.text};
   }
   static void AndroidLogger(const __android_logger_data* data, const char* message) {
-    if (current_ != nullptr) current_->android.push_back({data->priority, data->tag ? data->tag : "", message});
+    if (current_ != nullptr)
+      current_->android.push_back({data->priority, data->tag ? data->tag : "", message});
   }
 
   static inline LogCapture* current_ = nullptr;
@@ -122,7 +128,40 @@ void Put(NvMetadata& meta, META_TAG_INDEX index, const std::vector<T>& values) {
 // camera in `request`, for operations that read per-camera values.
 inline void BindCamera(NvMetadata& request, int32_t cameraId, std::shared_ptr<NvMetadata> staticMeta) {
   Put(request, META_FWK_CAMERA_ID, std::vector<int32_t>{cameraId});
-  StaticMetadataWraper::getInstance()->setStaticMetadata(static_cast<unsigned>(cameraId), std::move(staticMeta));
+  StaticMetadataWraper::getInstance()->setStaticMetadata(static_cast<unsigned>(cameraId),
+                                                         std::move(staticMeta));
+}
+
+// `count` elements of value one of a TYPE_* type: plausible counts, ids and
+// sizes wherever an operation computes with them. The integer types take the
+// low bytes of a 64-bit one (little-endian hosts).
+inline std::vector<uint8_t> Ones(uint8_t type, size_t count) {
+  static const int64_t kInteger = 1;
+  static const float kFloat = 1;
+  static const double kDouble = 1;
+  static const camera_metadata_rational kRational{1, 1};
+  const std::pair<const void*, size_t> one[NUM_TYPES] = {{&kInteger, 1}, {&kInteger, 4}, {&kFloat, 4},
+                                                         {&kInteger, 8}, {&kDouble, 8},  {&kRational, 8}};
+  std::vector<uint8_t> bytes(count * one[type].second);
+  for (size_t i = 0; i < bytes.size(); i += one[type].second)
+    std::memcpy(&bytes[i], one[type].first, one[type].second);
+  return bytes;
+}
+
+// Every registered tag with 32 KiB of ones, more than the largest fixed-size
+// copy any operation makes; the physical-id list holds one id so that its
+// NUL-separated parse ends. Every int32 tag, the framework id included, names
+// camera kFullCamera.
+constexpr int kFullCamera = 1;
+inline std::shared_ptr<NvMetadata> FullContainer() {
+  auto meta = NewMeta();
+  for (const nvmetadata::TagInfo& tag : nvmetadata::kRegisteredTags) {
+    const size_t count = 32768 / Ones(tag.type, 1).size();
+    meta->update(tag.tag, static_cast<const void*>(Ones(tag.type, count).data()), count);
+  }
+  const uint8_t physicalIds[] = {'1', '\0'};
+  meta->update(ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS, physicalIds, sizeof(physicalIds));
+  return meta;
 }
 
 }  // namespace testsupport

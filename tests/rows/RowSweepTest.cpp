@@ -1,0 +1,567 @@
+// Every row of both helpers' operation tables, swept over the states its
+// skeleton tells apart. The expectations come from the row itself (its tag,
+// element count, messages, levels and line ids), so a skeleton that reports
+// the wrong message, at the wrong level or line, writes its output on a
+// failure or returns the wrong result fails here. The literal texts at the end
+// check the tables themselves against what callers see.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "MtkMetadataHelper.h"
+#include "TestSupport.h"
+#include "common/BaseRows.h"
+#include "mtk/MtkRows.h"
+
+namespace {
+
+using namespace metahelper::ops;  // NOLINT(google-build-using-namespace): the rows read as tables
+using metahelper::metadataHelperBase;
+using metahelper::MetaPtr;
+using metahelper::MtkMetadataHelper;
+using testsupport::NewMeta;
+using testsupport::Ones;
+using Bytes = std::vector<uint8_t>;
+using Log = std::vector<std::string>;
+
+constexpr int kCamera = testsupport::kFullCamera;  // every int argument, the camera of static reads
+constexpr uint32_t kWriteCount = 3;                // elements an array write is given
+constexpr uint8_t kCanary = 0xA5;                  // fills output storage before each call
+constexpr size_t kSlack = 32;                      // canary bytes past the output
+constexpr size_t kRoom = 4096;                     // output storage of hand-written operations
+constexpr uint32_t kSmallCounts = 40;              // every count up to this, for hand-written operations
+
+// ---- Calling a row's operation ----------------------------------------------
+// Through its member pointer, as the table names it. The request is the first
+// container, the output the first pointer; further containers are fresh,
+// further pointers scratch storage, other arguments plausible values.
+template <typename T>
+T Argument(size_t position, size_t firstPointer, const MetaPtr& request, void* out) {
+  alignas(16) static unsigned char scratch[kRoom];
+  if constexpr (std::is_same_v<T, MetaPtr>) {
+    return position == 0 ? request : NewMeta();
+  } else if constexpr (std::is_pointer_v<T>) {
+    using Pointee = std::remove_pointer_t<T>;
+    if constexpr (!std::is_void_v<Pointee> && !std::is_trivially_copyable_v<Pointee>) {
+      static Pointee object;  // a string: no raw storage
+      return out != nullptr ? &object : nullptr;
+    } else {
+      return static_cast<T>(position == firstPointer ? out : out != nullptr ? scratch : nullptr);
+    }
+  } else if constexpr (std::is_same_v<T, int>) {
+    return kCamera;
+  } else if constexpr (std::is_same_v<T, nvholder::dimension>) {
+    return {4000, 3000};
+  } else if constexpr (std::is_same_v<T, nvholder::NULSCMapSize>) {
+    return {2, 2};
+  } else {
+    return T{};
+  }
+}
+
+template <typename... P>
+constexpr size_t FirstPointer() {
+  constexpr bool kPointers[] = {std::is_pointer_v<P>..., true};
+  size_t i = 0;
+  while (!kPointers[i]) ++i;
+  return i;
+}
+
+template <typename C, typename R, typename... P, size_t... I>
+int CallWith(R (C::*method)(P...), metadataHelperBase& helper, const MetaPtr& request, void* out,
+             std::index_sequence<I...>) {
+  std::tuple<std::decay_t<P>...> args{Argument<std::decay_t<P>>(I, FirstPointer<P...>(), request, out)...};
+  return static_cast<int>((static_cast<C&>(helper).*method)(std::get<I>(args)...));
+}
+template <typename C, typename R, typename... P>
+int CallAny(R (C::*method)(P...), metadataHelperBase& helper, MetaPtr request, void* out) {
+  return CallWith(method, helper, request, out, std::index_sequence_for<P...>{});
+}
+template <typename C, typename T>
+int CallArray(int (C::*method)(MetaPtr, T*, int), metadataHelperBase& h, MetaPtr meta, void* values) {
+  return (static_cast<C&>(h).*method)(std::move(meta), static_cast<T*>(values), kWriteCount);
+}
+template <typename C, typename T>
+constexpr size_t ValueSize(int (C::*)(MetaPtr, T)) {
+  return sizeof(T);
+}
+template <typename C, typename T>
+int CallByValue(int (C::*method)(MetaPtr, T), metadataHelperBase& h, MetaPtr meta, void* value) {
+  T copy;
+  std::memcpy(&copy, value, sizeof copy);
+  return (static_cast<C&>(h).*method)(std::move(meta), copy);
+}
+
+enum class Form : uint8_t { kAny, kArray, kByValue };
+using Call = int (*)(metadataHelperBase&, MetaPtr, void*);
+struct Entry {
+  Form form;
+  Call call;
+  size_t unit;         // bytes of one value of the second parameter's pointee
+  bool pointerOutput;  // the operation takes a pointer
+};
+
+template <auto Method, Form kForm>
+int Invoke(metadataHelperBase& helper, MetaPtr meta, void* out) {
+  if constexpr (kForm == Form::kArray) return CallArray(Method, helper, std::move(meta), out);
+  if constexpr (kForm == Form::kByValue) return CallByValue(Method, helper, std::move(meta), out);
+  if constexpr (kForm == Form::kAny) return CallAny(Method, helper, std::move(meta), out);
+}
+
+template <typename C, typename R, typename... P>
+constexpr bool TakesPointer(R (C::*)(P...)) {
+  return FirstPointer<P...>() < sizeof...(P);
+}
+
+template <auto Method, Form kForm>
+constexpr Entry Make() {
+  if constexpr (kForm == Form::kByValue) return {kForm, &Invoke<Method, kForm>, ValueSize(Method), false};
+  using Out = typename OutputOf<decltype(Method)>::type;
+  return {kForm, &Invoke<Method, kForm>, SizeOf<Out>(), TakesPointer(Method)};
+}
+
+#include "common/FormsReset.h"
+#define SWEEP_ENTRY(form, slot, name, params, ...) Make<MH_METHOD(SWEEP_CLASS, name, params), Form::form>(),
+#define MH_READ(...) SWEEP_ENTRY(kAny, __VA_ARGS__)
+#define MH_CONVERT(...) SWEEP_ENTRY(kAny, __VA_ARGS__)
+#define MH_READ_WITH(...) SWEEP_ENTRY(kAny, __VA_ARGS__)
+#define MH_STATIC(...) SWEEP_ENTRY(kAny, __VA_ARGS__)
+#define MH_UNSUPPORTED(...) SWEEP_ENTRY(kAny, __VA_ARGS__)
+#define MH_UNSUPPORTED_RECORD(...) SWEEP_ENTRY(kAny, __VA_ARGS__)
+#define MH_STUB(...) SWEEP_ENTRY(kAny, __VA_ARGS__)
+#define MH_WRITE(...) SWEEP_ENTRY(kAny, __VA_ARGS__)
+#define MH_WRITE_RECORD(...) SWEEP_ENTRY(kAny, __VA_ARGS__)
+#define MH_WRITE_ARRAY(...) SWEEP_ENTRY(kArray, __VA_ARGS__)
+#define MH_WRITE_BY_VALUE(...) SWEEP_ENTRY(kByValue, __VA_ARGS__)
+#define MH_CUSTOM(...) SWEEP_ENTRY(kAny, __VA_ARGS__)
+#define MH_QUERY(slot, name, params)                                                                      \
+  Entry{Form::kAny, &Invoke<static_cast<bool(SWEEP_CLASS::*) params>(&SWEEP_CLASS::name), Form::kAny>, 0, \
+        false},
+#define SWEEP_CLASS metadataHelperBase
+constexpr Entry kBaseEntries[] = {
+#include "common/BaseOperations.def"
+};
+#undef SWEEP_CLASS
+#define SWEEP_CLASS MtkMetadataHelper
+constexpr Entry kMtkEntries[] = {
+#include "mtk/MtkOperations.def"
+};
+#undef SWEEP_CLASS
+
+metadataHelperBase gGeneric;
+MtkMetadataHelper gMtk;
+struct Helper {
+  const char* name;
+  const char* file;  // where its operations report from
+  const Row* rows;
+  const Entry* entries;
+  size_t count;
+  metadataHelperBase* object;
+};
+const Helper kHelpers[] = {
+    {"metadataHelperBase", "metadataHelperBase.cpp", kBaseRows, kBaseEntries, std::size(kBaseEntries),
+     &gGeneric},
+    {"MtkMetadataHelper", "MtkMetadataHelper.cpp", kMtkRows, kMtkEntries, std::size(kMtkEntries), &gMtk},
+};
+void PrintTo(const Helper& helper, std::ostream* os) { *os << helper.name; }
+static_assert(std::size(kBaseEntries) == std::size(kBaseRows) &&
+              std::size(kMtkEntries) == std::size(kMtkRows));
+
+// ---- Tag contents -------------------------------------------------------------
+uint32_t TagOf(const TagRef& tag) {
+  if (tag.index != META_NO_INDEX) return MetaTagWrapper::getInstance()(tag.index);
+  unsigned number = tag.number;
+  if (tag.name != nullptr) {
+    EXPECT_EQ(0, NvMetadata::getTagFromName(tag.name, &number)) << tag.name;
+  }
+  return number;
+}
+uint32_t Needed(const Access& access) { return std::max<uint32_t>(access.elements.count, 1); }
+
+// Bytes that are neither zero nor the canary, and differ by seed.
+Bytes Pattern(size_t size, int seed = 0) {
+  Bytes bytes(size);
+  for (size_t i = 0; i < size; ++i) bytes[i] = static_cast<uint8_t>(1 + (i + seed) % 61);
+  return bytes;
+}
+Bytes Pattern(const Access& access, uint32_t count, int seed = 0) {
+  return Pattern(count * ElementSize(access.elements.type), seed);
+}
+// The row's element type must be the tag's registered one.
+void Store(NvMetadata& meta, const Access& access, const Bytes& bytes) {
+  const uint32_t tag = TagOf(access.tag);
+  ASSERT_EQ(access.elements.type, NvMetadata::getTagType(tag)) << "tag 0x" << std::hex << tag;
+  ASSERT_EQ(0, meta.update(tag, static_cast<const void*>(bytes.data()),
+                           bytes.size() / ElementSize(access.elements.type)));
+}
+// ---- What the log should hold ---------------------------------------------------
+std::string Record(char level, const std::string& file, int line, const std::string& function,
+                   const std::string& text) {
+  return std::string(1, level) + " " + file + ":" + std::to_string(line) + " " + function + " " + text;
+}
+const char kCoreFile[] = "metadataHelperBase.cpp";
+const std::string kCoreNoData = Record('V', kCoreFile, 36, "GetMetaData", R"("GetMetadata err")");
+const std::string kCoreNoContainer = Record('E', kCoreFile, 13, "GetMetaData", R"("pArg is null")");
+const std::string kWriteNoContainer = Record('E', kCoreFile, 48, "SetMetaData", R"("pArg is null")");
+std::string Undeclared(const char* function, int line, META_TAG_INDEX index) {
+  return Record('E', kCoreFile, line, function, "metadata not declared, tagindex " + std::to_string(index));
+}
+
+std::string Said(const char* file, const Row& row, Level level, int line, const Format& format) {
+  return Record("EWIDV"[static_cast<int>(level)], file, line, row.name, format.text);
+}
+std::string Arg(const Helper& h, const Row& row) {
+  return Said(h.file, row, row.argLevel, row.main().lines.arg, row.argCheck.message);
+}
+std::string Lookup(const Helper& h, const Row& row) {
+  const Access& a = row.main();
+  return Said(h.file, row, a.level, a.lines.lookup, a.messages.lookupFailed);
+}
+// A style with one message reports it for a short entry too.
+std::string NoData(const Helper& h, const Row& row) {
+  const Access& a = row.main();
+  if (a.messages.noData.text == nullptr) return Lookup(h, row);
+  return Said(h.file, row, a.level, a.lines.noData, a.messages.noData);
+}
+// Static reads ask the generic GetFwkCameraId (no helper overrides it) first.
+Log NoCamera(const Helper& h, const Row& row, const std::string& first) {
+  return {first, Lookup(kHelpers[0], BaseRow(71)),
+          Said(h.file, row, row.main().level, row.main().lines.camera, kFwkCameraIdFail)};
+}
+
+// clang-format off
+enum class State { kPresent, kLonger, kAbsent, kZeroCount, kShort, kUndeclared, kNullOutput, kNullContainer,
+                   kNoCamera, kNoStatic };
+const char* const kStateNames[] = {"present", "one element more", "absent", "zero count", "one short",
+                                   "undeclared index", "null output", "no container", "no camera",
+                                   "no static metadata"};
+// clang-format on
+
+uint32_t CountIn(State state, uint32_t needed) {
+  if (state == State::kLonger) return needed + 1;
+  if (state == State::kShort) return needed - 1;
+  return state == State::kZeroCount ? 0 : needed;
+}
+bool IsStatic(const Row& row) { return row.skeleton == Skeleton::kStaticRead; }
+
+// What each skeleton says in each state.
+Log ReadLog(const Helper& h, const Row& row, State state) {
+  const META_TAG_INDEX index = row.main().tag.index;
+  if (state == State::kPresent || state == State::kLonger) return {};
+  if (state == State::kAbsent || state == State::kZeroCount) return {kCoreNoData, Lookup(h, row)};
+  if (state == State::kShort) return {NoData(h, row)};
+  if (state == State::kUndeclared) return {Undeclared("GetMetaData", 23, index), kCoreNoData, Lookup(h, row)};
+  if (state == State::kNoCamera) return NoCamera(h, row, kCoreNoData);
+  if (state == State::kNoStatic) return {kCoreNoContainer, Lookup(h, row)};
+  if (state == State::kNullContainer && IsStatic(row)) return NoCamera(h, row, kCoreNoContainer);
+  if (state == State::kNullContainer && !row.argCheck.needsContainer)
+    return {kCoreNoContainer, Lookup(h, row)};
+  return {Arg(h, row)};
+}
+Log WriteLog(const Helper& h, const Row& row, State state) {
+  if (state == State::kPresent) return {};
+  if (state == State::kUndeclared)
+    return {Undeclared("SetMetaData", 57, row.main().tag.index), Lookup(h, row)};
+  if (state == State::kNullContainer && !row.argCheck.needsContainer)
+    return {kWriteNoContainer, Lookup(h, row)};
+  return {Arg(h, row)};
+}
+// Form A looks only at the output, form B at the record and the container;
+// stubs look at nothing.
+Log UnsupportedLog(const Helper& h, const Row& row, State state) {
+  const bool formB = row.skeleton == Skeleton::kNotSupportedRecord;
+  if (row.skeleton == Skeleton::kStub || state == State::kPresent) return {};
+  if (state == State::kNullOutput || formB) return {Arg(h, row)};
+  return {};
+}
+// Hand-written operations: their row's short-entry rule and their refusals.
+Log CustomLog(const Helper& h, const Row& row, State state) {
+  return {state == State::kShort ? NoData(h, row) : Arg(h, row)};
+}
+
+// The records a sink received, in the form of Record().
+Log Taken(testsupport::LogCapture& log) {
+  Log records;
+  for (const testsupport::LogLine& l : log.offline)
+    records.push_back(Record(l.level, l.file, l.line, l.function, l.text));
+  log.Clear();
+  return records;
+}
+
+// Where a sanitizer stops the process, the case it stopped in (the runtime
+// is there only in sanitizer builds).
+extern "C" void __sanitizer_set_death_callback(void (*callback)()) __attribute__((weak));
+std::string gCase;
+const bool kCaseOnDeath = [] {
+  if (__sanitizer_set_death_callback)
+    __sanitizer_set_death_callback([] { std::fprintf(stderr, "in %s\n", gCase.c_str()); });
+  return true;
+}();
+
+// ---- The sweep -------------------------------------------------------------------
+class RowSweep : public ::testing::TestWithParam<Helper> {
+ protected:
+  void TearDown() override { Reset(); }
+  static void Reset() {
+    MetaTagWrapper::getInstance().resetTags();
+    StaticMetadataWraper::getInstance()->clear();
+  }
+  const Helper& H() const { return GetParam(); }
+  std::string Where(const Row& row, const std::string& state) const {
+    return gCase =
+               std::string(H().name) + " slot " + std::to_string(row.slot) + " " + row.name + ", " + state;
+  }
+  template <typename Check>
+  void ForRows(std::initializer_list<Skeleton> skeletons, Check check) {
+    for (size_t i = 0; i < H().count; ++i) {
+      const Row& row = H().rows[i];
+      if (std::find(skeletons.begin(), skeletons.end(), row.skeleton) != skeletons.end())
+        check(row, H().entries[i]);
+    }
+  }
+  // Calls with `buffer` as the output (or input), null when there is none.
+  int Call(const Entry& entry, MetaPtr meta, Bytes* buffer) {
+    log.Clear();
+    return entry.call(*H().object, std::move(meta), buffer != nullptr ? buffer->data() : nullptr);
+  }
+
+  // One state of one row: its result, its log (the row's, or `literal`) and
+  // what it wrote.
+  void Sweep(const Row& row, const Entry& entry, State state, const Log* literal = nullptr) {
+    SCOPED_TRACE(Where(row, kStateNames[static_cast<int>(state)]));
+    const auto expected = [&](Log (*rowLog)(const Helper&, const Row&, State)) {
+      return literal != nullptr ? *literal : rowLog(H(), row, state);
+    };
+    switch (row.skeleton) {
+      case Skeleton::kWrite:
+        return SweepWrite(row, entry, state, expected(WriteLog));
+      case Skeleton::kCustom:
+        return SweepCustom(row, entry, state, expected(CustomLog));
+      case Skeleton::kNotSupported:
+      case Skeleton::kNotSupportedRecord:
+      case Skeleton::kStub:
+        return SweepUnsupported(entry, state, expected(UnsupportedLog));
+      default:
+        return SweepRead(row, entry, state, expected(ReadLog));
+    }
+  }
+
+  // The tag in the state's shape: in the request, or for static reads in the
+  // camera's static metadata, with another value in the request as a decoy.
+  void SweepRead(const Row& row, const Entry& entry, State state, const Log& expected) {
+    const Access& a = row.main();
+    MetaPtr request = NewMeta(), holder = IsStatic(row) ? NewMeta() : request;
+    const Bytes stored = Pattern(a, CountIn(state, Needed(a)));
+    if (state != State::kAbsent) Store(*holder, a, stored);
+    if (IsStatic(row)) {
+      Store(*request, a, Pattern(a, Needed(a), 7));
+      if (state != State::kNoCamera)
+        testsupport::Put(*request, META_FWK_CAMERA_ID, std::vector<int32_t>{kCamera});
+      if (state != State::kNoStatic) StaticMetadataWraper::getInstance()->setStaticMetadata(kCamera, holder);
+    }
+    if (state == State::kUndeclared)
+      MetaTagWrapper::getInstance().setTag(a.tag.index, MetaTagWrapper::kUndeclared);
+    if (state == State::kNullContainer) request.reset();
+    Bytes out(row.outputs * entry.unit + kSlack, kCanary);
+    const int result = Call(entry, std::move(request), state == State::kNullOutput ? nullptr : &out);
+    Reset();
+    EXPECT_EQ(expected, Taken(log));
+    const bool succeeds = state == State::kPresent || state == State::kLonger;
+    EXPECT_EQ(succeeds ? 0 : -1, result);
+    if (succeeds)
+      ExpectWritten(row, out, stored);
+    else
+      EXPECT_EQ(Bytes(out.size(), kCanary), out) << "output written on a failure";
+  }
+
+  // Copies hand over the stored bytes (the container pads the last word with
+  // zeros); the other reads write something; nobody writes past the output.
+  static void ExpectWritten(const Row& row, const Bytes& out, Bytes stored) {
+    const size_t size = out.size() - kSlack;
+    const Bytes written(out.begin(), out.begin() + size);
+    EXPECT_EQ(Bytes(kSlack, kCanary), Bytes(out.begin() + size, out.end())) << "written past the output";
+    if (row.skeleton == Skeleton::kRead || IsStatic(row)) {
+      stored.resize(std::max(stored.size(), size));
+      EXPECT_EQ(Bytes(stored.begin(), stored.begin() + size), written);
+    } else {
+      EXPECT_NE(Bytes(size, kCanary), written) << "nothing written";
+    }
+  }
+
+  void SweepWrite(const Row& row, const Entry& entry, State state, const Log& expected) {
+    const Access& a = row.main();
+    const Bytes input = Pattern((entry.form == Form::kArray ? kWriteCount : 1) * entry.unit, row.slot);
+    Bytes buffer = input;
+    MetaPtr meta = state == State::kNullContainer ? nullptr : NewMeta();
+    if (state == State::kUndeclared)
+      MetaTagWrapper::getInstance().setTag(a.tag.index, MetaTagWrapper::kUndeclared);
+    const int result = Call(entry, meta, state == State::kNullOutput ? nullptr : &buffer);
+    Reset();
+    EXPECT_EQ(expected, Taken(log));
+    EXPECT_EQ(state == State::kPresent ? 0 : -1, result);
+    if (state != State::kPresent) {
+      EXPECT_TRUE(meta == nullptr || meta->entryCount() == 0) << "written on a failure";
+      return;
+    }
+    const camera_metadata_ro_entry stored = meta->find(TagOf(a.tag));
+    EXPECT_EQ(a.elements.type, stored.type);
+    EXPECT_EQ(input, Bytes(stored.data.u8, stored.data.u8 + stored.count * ElementSize(stored.type)));
+  }
+
+  // Always -1, never a byte written.
+  void SweepUnsupported(const Entry& entry, State state, const Log& expected) {
+    Bytes out(entry.unit + kSlack, kCanary);
+    const MetaPtr meta = state == State::kNullContainer ? nullptr : NewMeta();
+    EXPECT_EQ(-1, Call(entry, meta, state == State::kNullOutput ? nullptr : &out));
+    EXPECT_EQ(expected, Taken(log));
+    EXPECT_EQ(Bytes(out.size(), kCanary), out) << "output written";
+  }
+
+  // A request holding each of the row's tags with the elements it relies on,
+  // its own tag one short in the short state.
+  void SweepCustom(const Row& row, const Entry& entry, State state, const Log& expected) {
+    MetaPtr request = state == State::kNullContainer ? nullptr : NewMeta();
+    for (size_t i = kMaxAccesses; request && i-- > 0;) {
+      const Access& access = row.access[i];
+      const uint32_t count = Needed(access) - (i == 0 && state == State::kShort);
+      if (HasTag(access.tag)) Store(*request, access, Ones(access.elements.type, count));
+    }
+    Bytes out(std::max(kRoom, row.outputs * entry.unit), kCanary);
+    const int result = Call(entry, request, state == State::kNullOutput ? nullptr : &out);
+    EXPECT_EQ(row.nonZeroSuccess, result == 0) << "result " << result;
+    EXPECT_EQ(expected, Taken(log));
+  }
+
+  testsupport::LogCapture log;
+};
+
+std::vector<State> ReadStates(const Row& row) {
+  std::vector<State> states{State::kPresent,   State::kLonger,     State::kAbsent,
+                            State::kZeroCount, State::kNullOutput, State::kNullContainer};
+  if (Needed(row.main()) > 1) states.push_back(State::kShort);
+  if (row.main().tag.index != META_NO_INDEX) states.push_back(State::kUndeclared);
+  if (IsStatic(row)) states.insert(states.end(), {State::kNoCamera, State::kNoStatic});
+  return states;
+}
+
+TEST_P(RowSweep, ReadsSucceedOnlyWithTheElementsTheirRowReliesOn) {
+  ForRows({Skeleton::kRead, Skeleton::kConvert, Skeleton::kReadWith, Skeleton::kStaticRead},
+          [&](const Row& row, const Entry& entry) {
+            for (State state : ReadStates(row)) Sweep(row, entry, state);
+          });
+}
+
+TEST_P(RowSweep, WritesStoreExactlyTheirInputOrSayWhyNot) {
+  ForRows({Skeleton::kWrite}, [&](const Row& row, const Entry& entry) {
+    std::vector<State> states{State::kPresent, State::kNullContainer};
+    if (entry.form != Form::kByValue) states.push_back(State::kNullOutput);
+    if (row.main().tag.index != META_NO_INDEX) states.push_back(State::kUndeclared);
+    for (State state : states) Sweep(row, entry, state);
+  });
+}
+
+TEST_P(RowSweep, UnsupportedFormsAndStubsRefuseOnlyWhatTheyLookAt) {
+  ForRows({Skeleton::kNotSupported, Skeleton::kNotSupportedRecord, Skeleton::kStub},
+          [&](const Row& row, const Entry& entry) {
+            for (State state : {State::kPresent, State::kNullOutput, State::kNullContainer})
+              Sweep(row, entry, state);
+          });
+}
+
+// Their row's short-entry rule, and the refusals their row names.
+TEST_P(RowSweep, HandWrittenOperationsRefuseShortEntriesAndMissingArgumentsAsTheirRowSays) {
+  ForRows({Skeleton::kCustom}, [&](const Row& row, const Entry& entry) {
+    if (Needed(row.main()) > 1) Sweep(row, entry, State::kShort);
+    if (entry.pointerOutput && row.main().lines.arg != kNoLine && (row.needs & kNeedsOutput) == 0)
+      Sweep(row, entry, State::kNullOutput);
+    if (row.argCheck.needsContainer) Sweep(row, entry, State::kNullContainer);
+  });
+}
+
+// Every count of each of their tags, the other tags as full as they get: under
+// the sanitizers a read outside an entry stops the test, and no call may
+// crash with real outputs, null ones or no container.
+TEST_P(RowSweep, HandWrittenOperationsStayInsideEveryEntry) {
+  testsupport::LogCapture::SetSettings(7, 0, 7, 0, 0);  // thousands of calls: both logs quiet
+  ForRows({Skeleton::kCustom}, [&](const Row& row, const Entry& entry) {
+    Bytes out(std::max(kRoom, row.outputs * entry.unit));
+    const bool nullOutputs = (row.needs & kNeedsOutput) == 0;
+    for (const Access& access : row.access) {
+      if (!HasTag(access.tag)) continue;
+      const MetaPtr full = testsupport::FullContainer();
+      StaticMetadataWraper::getInstance()->setStaticMetadata(kCamera, full);
+      std::vector<uint32_t> counts{Needed(access) - 1, Needed(access), Needed(access) + 1};
+      for (uint32_t count = 0; count <= kSmallCounts; ++count) counts.push_back(count);
+      for (uint32_t count : counts) {
+        SCOPED_TRACE(
+            Where(row, NvMetadata::getTagName(TagOf(access.tag)) + (" with " + std::to_string(count))));
+        Store(*full, access, Ones(access.elements.type, count));
+        Call(entry, full, &out);
+        if (nullOutputs) Call(entry, full, nullptr);
+      }
+      full->erase(TagOf(access.tag));
+      Call(entry, full, &out);
+    }
+    Where(row, "no container");
+    if ((row.needs & kNeedsRequest) == 0) Call(entry, nullptr, &out);
+  });
+}
+
+// ---- Literal texts ---------------------------------------------------------------
+// A few messages per skeleton exactly as callers see them, so that the tables
+// themselves are checked against what they must say.
+struct Literal {
+  const char* helper;
+  int slot;
+  State state;
+  Log log;
+};
+// clang-format off
+const Literal kLiterals[] = {
+  {"metadataHelperBase", 4, State::kAbsent, {R"(V metadataHelperBase.cpp:36 GetMetaData "GetMetadata err")", R"(V metadataHelperBase.cpp:94 GetSensorExposureTime "GetMetadata ANDROID_SENSOR_EXPOSURE_TIME err")"}},
+  {"metadataHelperBase", 76, State::kShort, {R"(W metadataHelperBase.cpp:1116 GetFacetargetAndConfidence "get metadata faceBright err")"}},
+  {"metadataHelperBase", 14, State::kNullOutput, {R"(V metadataHelperBase.cpp:267 GetIsPzslDisplayMode "arg err")"}},
+  {"metadataHelperBase", 185, State::kNullContainer, {R"(E metadataHelperBase.cpp:2245 GetMacroMode "meta is null")"}},
+  {"metadataHelperBase", 162, State::kNullOutput, {R"(E metadataHelperBase.cpp:2026 GetNuvaroFlipEnable "flip is null!")"}},
+  {"metadataHelperBase", 42, State::kZeroCount, {R"(V metadataHelperBase.cpp:36 GetMetaData "GetMetadata err")", R"(V metadataHelperBase.cpp:739 GetIsZSLEnable "GetMetadata ANDROID_CONTROL_ENABLE_ZSL fail")"}},
+  {"metadataHelperBase", 145, State::kShort, {R"(V metadataHelperBase.cpp:2394 GetAndroidAFRegion "GetMetadata  ANDROID_CONTROL_AF_REGIONS err2")"}},
+  {"metadataHelperBase", 106, State::kNoCamera, {R"(V metadataHelperBase.cpp:36 GetMetaData "GetMetadata err")", R"(V metadataHelperBase.cpp:2348 GetFwkCameraId "GetMetadata nuvaro.snapshot.fwkCameraId err")", R"(V metadataHelperBase.cpp:1576 GetSensorBayerPatten "GetMetadata FwkCameraId fail")"}},
+  {"metadataHelperBase", 135, State::kShort, {R"(V metadataHelperBase.cpp:2389 GetSensorViewAngle "get metadata ViewAngle err")"}},
+  {"metadataHelperBase", 7, State::kNullOutput, {R"(E metadataHelperBase.cpp:182 GetUIEV "arg err")"}},
+  {"metadataHelperBase", 112, State::kNullContainer, {R"(E metadataHelperBase.cpp:1088 SetFdData "arg err")"}},
+  {"metadataHelperBase", 57, State::kUndeclared, {"E metadataHelperBase.cpp:57 SetMetaData metadata not declared, tagindex " + std::to_string(META_AWB_HAZE_RATIO), R"(V metadataHelperBase.cpp:2339 SetHazeratio "SetMetadata com.nuvaro.3AAlgo.awbHazeRatio err")"}},
+  {"metadataHelperBase", 98, State::kNullOutput, {R"(V metadataHelperBase.cpp:2364 SetUseToneCurve "arg err")"}},
+  {"metadataHelperBase", 151, State::kNullContainer, {R"(E metadataHelperBase.cpp:48 SetMetaData "pArg is null")", R"(W metadataHelperBase.cpp:2407 SetBokehRequestInfoList "SetMetadata com.nuvaro.camera.bokehConfig.request err")"}},
+  {"metadataHelperBase", 18, State::kShort, {"I metadataHelperBase.cpp:354 GetColorCorrectionTransform get ccm fail"}},
+  {"metadataHelperBase", 181, State::kNullContainer, {R"(E metadataHelperBase.cpp:2203 GetAnchorFrameOrder "meta is null")"}},
+  {"MtkMetadataHelper", 7, State::kAbsent, {R"(V metadataHelperBase.cpp:36 GetMetaData "GetMetadata err")", R"(W MtkMetadataHelper.cpp:141 GetUIEV "GetMetadata nuvaro.supernight.real.manualev err")"}},
+  {"MtkMetadataHelper", 65, State::kShort, {R"(W MtkMetadataHelper.cpp:1302 GetTuningSensorMode "get metadata nuvaro.streaming.sensormode err")"}},
+  {"MtkMetadataHelper", 135, State::kNoStatic, {R"(E metadataHelperBase.cpp:13 GetMetaData "pArg is null")", R"(W MtkMetadataHelper.cpp:2702 GetSensorViewAngle "GetMetadata ViewAngle err")"}},
+  {"MtkMetadataHelper", 82, State::kNullOutput, {R"(E MtkMetadataHelper.cpp:1640 GetBlackLevelShift "arg err")"}},
+  {"MtkMetadataHelper", 183, State::kNullContainer, {R"(E metadataHelperBase.cpp:48 SetMetaData "pArg is null")", R"(W MtkMetadataHelper.cpp:3661 SetAnchorFrameIndex "SetMetadata MTK_MFNR_FEATURE_BSS_GOLDEN_INDEX err")"}},
+  {"MtkMetadataHelper", 105, State::kNullOutput, {R"(W MtkMetadataHelper.cpp:2100 GetNuvaroSensorModeType "arg err")"}},
+  {"MtkMetadataHelper", 26, State::kShort, {R"(W MtkMetadataHelper.cpp:521 GetSensorDynamicBlackLevel "GetMetadata ANDROID_SENSOR_DYNAMIC_BLACK_LEVEL fail")"}},
+};
+// clang-format on
+
+TEST_P(RowSweep, RepresentativeMessagesReadAsCallersExpectThem) {
+  int checked = 0;
+  for (const Literal& literal : kLiterals) {
+    for (size_t i = 0; H().name == std::string(literal.helper) && i < H().count; ++i) {
+      if (H().rows[i].slot != literal.slot) continue;
+      Sweep(H().rows[i], H().entries[i], literal.state, &literal.log);
+      ++checked;
+    }
+  }
+  EXPECT_GT(checked, 6);
+}
+
+INSTANTIATE_TEST_SUITE_P(Helpers, RowSweep, ::testing::ValuesIn(kHelpers),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+}  // namespace
