@@ -25,12 +25,11 @@ using metahelper::metadataHelperBase;
 using metahelper::MetaPtr;
 using metahelper::MtkMetadataHelper;
 using testsupport::NewMeta;
-using testsupport::Ones;
 using Bytes = std::vector<uint8_t>;
 using Log = std::vector<std::string>;
 
 constexpr int kCamera = testsupport::kFullCamera;  // every int argument, the camera of static reads
-constexpr uint32_t kWriteCount = 3;                // elements an array write is given
+constexpr int kWriteCount = 3;                     // values an array write is given
 constexpr uint8_t kCanary = 0xA5;                  // fills output storage before each call
 constexpr size_t kSlack = 32;                      // canary bytes past the output
 constexpr size_t kRoom = 4096;                     // output storage of hand-written operations
@@ -38,10 +37,11 @@ constexpr uint32_t kSmallCounts = 40;              // every count up to this, fo
 
 // ---- Calling a row's operation ----------------------------------------------
 // Through its member pointer, as the table names it. The request is the first
-// container, the output the first pointer; further containers are fresh,
-// further pointers scratch storage, other arguments plausible values.
+// container, the buffer (output, or a write's input) the first pointer;
+// further containers are fresh, further pointers scratch storage, other
+// arguments plausible values.
 template <typename T>
-T Argument(size_t position, size_t firstPointer, const MetaPtr& request, void* out) {
+T Argument(size_t position, size_t firstPointer, const MetaPtr& request, void* buffer) {
   alignas(16) static unsigned char scratch[kRoom];
   if constexpr (std::is_same_v<T, MetaPtr>) {
     return position == 0 ? request : NewMeta();
@@ -49,9 +49,9 @@ T Argument(size_t position, size_t firstPointer, const MetaPtr& request, void* o
     using Pointee = std::remove_pointer_t<T>;
     if constexpr (!std::is_void_v<Pointee> && !std::is_trivially_copyable_v<Pointee>) {
       static Pointee object;  // a string: no raw storage
-      return out != nullptr ? &object : nullptr;
+      return buffer != nullptr ? &object : nullptr;
     } else {
-      return static_cast<T>(position == firstPointer ? out : out != nullptr ? scratch : nullptr);
+      return static_cast<T>(position == firstPointer ? buffer : buffer != nullptr ? scratch : nullptr);
     }
   } else if constexpr (std::is_same_v<T, int>) {
     return kCamera;
@@ -73,56 +73,55 @@ constexpr size_t FirstPointer() {
 }
 
 template <typename C, typename R, typename... P, size_t... I>
-int CallWith(R (C::*method)(P...), metadataHelperBase& helper, const MetaPtr& request, void* out,
+int CallWith(R (C::*method)(P...), C& object, const MetaPtr& request, void* buffer,
              std::index_sequence<I...>) {
-  std::tuple<std::decay_t<P>...> args{Argument<std::decay_t<P>>(I, FirstPointer<P...>(), request, out)...};
-  return static_cast<int>((static_cast<C&>(helper).*method)(std::get<I>(args)...));
-}
-template <typename C, typename R, typename... P>
-int CallAny(R (C::*method)(P...), metadataHelperBase& helper, MetaPtr request, void* out) {
-  return CallWith(method, helper, request, out, std::index_sequence_for<P...>{});
-}
-template <typename C, typename T>
-int CallArray(int (C::*method)(MetaPtr, T*, int), metadataHelperBase& h, MetaPtr meta, void* values) {
-  return (static_cast<C&>(h).*method)(std::move(meta), static_cast<T*>(values), kWriteCount);
-}
-template <typename C, typename T>
-constexpr size_t ValueSize(int (C::*)(MetaPtr, T)) {
-  return sizeof(T);
-}
-template <typename C, typename T>
-int CallByValue(int (C::*method)(MetaPtr, T), metadataHelperBase& h, MetaPtr meta, void* value) {
-  T copy;
-  std::memcpy(&copy, value, sizeof copy);
-  return (static_cast<C&>(h).*method)(std::move(meta), copy);
+  std::tuple<std::decay_t<P>...> args{Argument<std::decay_t<P>>(I, FirstPointer<P...>(), request, buffer)...};
+  return static_cast<int>((object.*method)(std::get<I>(args)...));
 }
 
+// An array write is given kWriteCount values from the buffer, a by-value
+// write its one value.
 enum class Form : uint8_t { kAny, kArray, kByValue };
+
+template <Form kForm, typename C, typename R, typename... P>
+int CallAs(R (C::*method)(P...), metadataHelperBase& helper, MetaPtr request, void* buffer) {
+  C& object = static_cast<C&>(helper);
+  if constexpr (kForm == Form::kArray) {
+    using Values = std::tuple_element_t<1, std::tuple<P...>>;
+    return (object.*method)(std::move(request), static_cast<Values>(buffer), kWriteCount);
+  } else if constexpr (kForm == Form::kByValue) {
+    std::tuple_element_t<1, std::tuple<P...>> value;
+    std::memcpy(&value, buffer, sizeof value);
+    return (object.*method)(std::move(request), value);
+  } else {
+    return CallWith(method, object, request, buffer, std::index_sequence_for<P...>{});
+  }
+}
+
 using Call = int (*)(metadataHelperBase&, MetaPtr, void*);
 struct Entry {
-  Form form;
   Call call;
-  size_t unit;         // bytes of one value of the second parameter's pointee
+  size_t unit;         // bytes of one value the buffer holds
+  uint32_t values;     // values a write is given
   bool pointerOutput;  // the operation takes a pointer
 };
 
-template <auto Method, Form kForm>
-int Invoke(metadataHelperBase& helper, MetaPtr meta, void* out) {
-  if constexpr (kForm == Form::kArray) return CallArray(Method, helper, std::move(meta), out);
-  if constexpr (kForm == Form::kByValue) return CallByValue(Method, helper, std::move(meta), out);
-  if constexpr (kForm == Form::kAny) return CallAny(Method, helper, std::move(meta), out);
-}
-
-template <typename C, typename R, typename... P>
-constexpr bool TakesPointer(R (C::*)(P...)) {
-  return FirstPointer<P...>() < sizeof...(P);
+template <Form kForm, typename C, typename R, typename... P>
+constexpr Entry Describe(R (C::*)(P...), Call call) {
+  if constexpr (kForm == Form::kByValue) {
+    return {call, sizeof(std::tuple_element_t<1, std::tuple<P...>>), 1, false};
+  } else {
+    using Out = typename OutputOf<R (C::*)(P...)>::type;
+    return {call, SizeOf<Out>(), kForm == Form::kArray ? kWriteCount : 1u,
+            FirstPointer<P...>() < sizeof...(P)};
+  }
 }
 
 template <auto Method, Form kForm>
 constexpr Entry Make() {
-  if constexpr (kForm == Form::kByValue) return {kForm, &Invoke<Method, kForm>, ValueSize(Method), false};
-  using Out = typename OutputOf<decltype(Method)>::type;
-  return {kForm, &Invoke<Method, kForm>, SizeOf<Out>(), TakesPointer(Method)};
+  return Describe<kForm>(Method, [](metadataHelperBase& helper, MetaPtr request, void* buffer) {
+    return CallAs<kForm>(Method, helper, std::move(request), buffer);
+  });
 }
 
 #include "common/FormsReset.h"
@@ -139,9 +138,8 @@ constexpr Entry Make() {
 #define MH_WRITE_ARRAY(...) SWEEP_ENTRY(kArray, __VA_ARGS__)
 #define MH_WRITE_BY_VALUE(...) SWEEP_ENTRY(kByValue, __VA_ARGS__)
 #define MH_CUSTOM(...) SWEEP_ENTRY(kAny, __VA_ARGS__)
-#define MH_QUERY(slot, name, params)                                                                      \
-  Entry{Form::kAny, &Invoke<static_cast<bool(SWEEP_CLASS::*) params>(&SWEEP_CLASS::name), Form::kAny>, 0, \
-        false},
+#define MH_QUERY(slot, name, params) \
+  Make<static_cast<bool(SWEEP_CLASS::*) params>(&SWEEP_CLASS::name), Form::kAny>(),
 #define SWEEP_CLASS metadataHelperBase
 constexpr Entry kBaseEntries[] = {
 #include "common/BaseOperations.def"
@@ -174,11 +172,9 @@ static_assert(std::size(kBaseEntries) == std::size(kBaseRows) &&
 
 // ---- Tag contents -------------------------------------------------------------
 uint32_t TagOf(const TagRef& tag) {
-  if (tag.index != META_NO_INDEX) return MetaTagWrapper::getInstance()(tag.index);
   unsigned number = tag.number;
-  if (tag.name != nullptr) {
-    EXPECT_EQ(0, NvMetadata::getTagFromName(tag.name, &number)) << tag.name;
-  }
+  if (tag.index != META_NO_INDEX) return MetaTagWrapper::getInstance()(tag.index);
+  if (tag.name != nullptr && NvMetadata::getTagFromName(tag.name, &number) != 0) ADD_FAILURE() << tag.name;
   return number;
 }
 uint32_t Needed(const Access& access) { return std::max<uint32_t>(access.elements.count, 1); }
@@ -199,6 +195,7 @@ void Store(NvMetadata& meta, const Access& access, const Bytes& bytes) {
   ASSERT_EQ(0, meta.update(tag, static_cast<const void*>(bytes.data()),
                            bytes.size() / ElementSize(access.elements.type)));
 }
+
 // ---- What the log should hold ---------------------------------------------------
 std::string Record(char level, const std::string& file, int line, const std::string& function,
                    const std::string& text) {
@@ -248,14 +245,37 @@ uint32_t CountIn(State state, uint32_t needed) {
   return state == State::kZeroCount ? 0 : needed;
 }
 bool IsStatic(const Row& row) { return row.skeleton == Skeleton::kStaticRead; }
+bool IsRead(const Row& row) {
+  const Skeleton s = row.skeleton;
+  return s == Skeleton::kRead || s == Skeleton::kConvert || s == Skeleton::kReadWith || IsStatic(row);
+}
 
 // What each skeleton says in each state.
-Log ReadLog(const Helper& h, const Row& row, State state) {
-  const META_TAG_INDEX index = row.main().tag.index;
+Log Expected(const Helper& h, const Row& row, State state) {
+  switch (row.skeleton) {
+    case Skeleton::kStub:
+      return {};
+    case Skeleton::kNotSupported:  // form A looks only at the output
+      return state == State::kNullOutput ? Log{Arg(h, row)} : Log{};
+    case Skeleton::kNotSupportedRecord:  // form B at the record and the container
+      return state == State::kPresent ? Log{} : Log{Arg(h, row)};
+    case Skeleton::kCustom:  // their row's short-entry rule, and their refusals
+      return {state == State::kShort ? NoData(h, row) : Arg(h, row)};
+    case Skeleton::kWrite:
+      if (state == State::kPresent) return {};
+      if (state == State::kUndeclared)
+        return {Undeclared("SetMetaData", 57, row.main().tag.index), Lookup(h, row)};
+      if (state == State::kNullContainer && !row.argCheck.needsContainer)
+        return {kWriteNoContainer, Lookup(h, row)};
+      return {Arg(h, row)};
+    default:  // the reads
+      break;
+  }
   if (state == State::kPresent || state == State::kLonger) return {};
   if (state == State::kAbsent || state == State::kZeroCount) return {kCoreNoData, Lookup(h, row)};
   if (state == State::kShort) return {NoData(h, row)};
-  if (state == State::kUndeclared) return {Undeclared("GetMetaData", 23, index), kCoreNoData, Lookup(h, row)};
+  if (state == State::kUndeclared)
+    return {Undeclared("GetMetaData", 23, row.main().tag.index), kCoreNoData, Lookup(h, row)};
   if (state == State::kNoCamera) return NoCamera(h, row, kCoreNoData);
   if (state == State::kNoStatic) return {kCoreNoContainer, Lookup(h, row)};
   if (state == State::kNullContainer && IsStatic(row)) return NoCamera(h, row, kCoreNoContainer);
@@ -263,25 +283,32 @@ Log ReadLog(const Helper& h, const Row& row, State state) {
     return {kCoreNoContainer, Lookup(h, row)};
   return {Arg(h, row)};
 }
-Log WriteLog(const Helper& h, const Row& row, State state) {
-  if (state == State::kPresent) return {};
-  if (state == State::kUndeclared)
-    return {Undeclared("SetMetaData", 57, row.main().tag.index), Lookup(h, row)};
-  if (state == State::kNullContainer && !row.argCheck.needsContainer)
-    return {kWriteNoContainer, Lookup(h, row)};
-  return {Arg(h, row)};
-}
-// Form A looks only at the output, form B at the record and the container;
-// stubs look at nothing.
-Log UnsupportedLog(const Helper& h, const Row& row, State state) {
-  const bool formB = row.skeleton == Skeleton::kNotSupportedRecord;
-  if (row.skeleton == Skeleton::kStub || state == State::kPresent) return {};
-  if (state == State::kNullOutput || formB) return {Arg(h, row)};
-  return {};
-}
-// Hand-written operations: their row's short-entry rule and their refusals.
-Log CustomLog(const Helper& h, const Row& row, State state) {
-  return {state == State::kShort ? NoData(h, row) : Arg(h, row)};
+
+// Whether the row's skeleton tells the state apart: reads every state of
+// their tag, writes and the unsupported forms what they are given,
+// hand-written operations their row's short-entry rule and refusals.
+bool Applies(const Row& row, const Entry& entry, State state) {
+  const Access& a = row.main();
+  const bool custom = row.skeleton == Skeleton::kCustom, writes = row.skeleton == Skeleton::kWrite;
+  switch (state) {
+    case State::kPresent:
+      return !custom;
+    case State::kLonger:
+    case State::kAbsent:
+    case State::kZeroCount:
+      return IsRead(row);
+    case State::kShort:
+      return (IsRead(row) || custom) && Needed(a) > 1;
+    case State::kUndeclared:
+      return (IsRead(row) || writes) && a.tag.index != META_NO_INDEX;
+    case State::kNullOutput:
+      if (custom) return entry.pointerOutput && a.lines.arg != kNoLine && (row.needs & kNeedsOutput) == 0;
+      return !writes || entry.pointerOutput;
+    case State::kNullContainer:
+      return !custom || row.argCheck.needsContainer;
+    default:  // no camera, no static metadata
+      return IsStatic(row);
+  }
 }
 
 // The records a sink received, in the form of Record().
@@ -316,67 +343,58 @@ class RowSweep : public ::testing::TestWithParam<Helper> {
     return gCase =
                std::string(H().name) + " slot " + std::to_string(row.slot) + " " + row.name + ", " + state;
   }
-  template <typename Check>
-  void ForRows(std::initializer_list<Skeleton> skeletons, Check check) {
-    for (size_t i = 0; i < H().count; ++i) {
-      const Row& row = H().rows[i];
-      if (std::find(skeletons.begin(), skeletons.end(), row.skeleton) != skeletons.end())
-        check(row, H().entries[i]);
-    }
-  }
   // Calls with `buffer` as the output (or input), null when there is none.
   int Call(const Entry& entry, MetaPtr meta, Bytes* buffer) {
     log.Clear();
     return entry.call(*H().object, std::move(meta), buffer != nullptr ? buffer->data() : nullptr);
   }
 
-  // One state of one row: its result, its log (the row's, or `literal`) and
-  // what it wrote.
-  void Sweep(const Row& row, const Entry& entry, State state, const Log* literal = nullptr) {
-    SCOPED_TRACE(Where(row, kStateNames[static_cast<int>(state)]));
-    const auto expected = [&](Log (*rowLog)(const Helper&, const Row&, State)) {
-      return literal != nullptr ? *literal : rowLog(H(), row, state);
-    };
-    switch (row.skeleton) {
-      case Skeleton::kWrite:
-        return SweepWrite(row, entry, state, expected(WriteLog));
-      case Skeleton::kCustom:
-        return SweepCustom(row, entry, state, expected(CustomLog));
-      case Skeleton::kNotSupported:
-      case Skeleton::kNotSupportedRecord:
-      case Skeleton::kStub:
-        return SweepUnsupported(entry, state, expected(UnsupportedLog));
-      default:
-        return SweepRead(row, entry, state, expected(ReadLog));
+  // Each of the row's tags with the elements it relies on, its own in the
+  // state's count; static reads find them in the camera's static metadata,
+  // with another value in the request as a decoy.
+  static void Fill(const Row& row, State state, const MetaPtr& request) {
+    const MetaPtr holder = IsStatic(row) ? NewMeta() : request;
+    for (size_t i = kMaxAccesses; i-- > 0;) {  // the row's own tag last: it may repeat
+      const Access& access = row.access[i];
+      if (HasTag(access.tag) && (i > 0 || state != State::kAbsent))
+        Store(*holder, access, Pattern(access, i > 0 ? Needed(access) : CountIn(state, Needed(access))));
     }
+    if (!IsStatic(row)) return;
+    Store(*request, row.main(), Pattern(row.main(), Needed(row.main()), 7));
+    if (state != State::kNoCamera)
+      testsupport::Put(*request, META_FWK_CAMERA_ID, std::vector<int32_t>{kCamera});
+    if (state != State::kNoStatic) StaticMetadataWraper::getInstance()->setStaticMetadata(kCamera, holder);
   }
 
-  // The tag in the state's shape: in the request, or for static reads in the
-  // camera's static metadata, with another value in the request as a decoy.
-  void SweepRead(const Row& row, const Entry& entry, State state, const Log& expected) {
+  // One state of one row: its result, its log (the row's, or `literal`) and
+  // what it wrote. Hand-written operations may write on a failure: only their
+  // result and log count.
+  void Sweep(const Row& row, const Entry& entry, State state, const Log* literal = nullptr) {
+    SCOPED_TRACE(Where(row, kStateNames[static_cast<int>(state)]));
     const Access& a = row.main();
-    MetaPtr request = NewMeta(), holder = IsStatic(row) ? NewMeta() : request;
-    const Bytes stored = Pattern(a, CountIn(state, Needed(a)));
-    if (state != State::kAbsent) Store(*holder, a, stored);
-    if (IsStatic(row)) {
-      Store(*request, a, Pattern(a, Needed(a), 7));
-      if (state != State::kNoCamera)
-        testsupport::Put(*request, META_FWK_CAMERA_ID, std::vector<int32_t>{kCamera});
-      if (state != State::kNoStatic) StaticMetadataWraper::getInstance()->setStaticMetadata(kCamera, holder);
-    }
+    const bool writes = row.skeleton == Skeleton::kWrite, custom = row.skeleton == Skeleton::kCustom;
+    const MetaPtr request = state == State::kNullContainer ? nullptr : NewMeta();
+    if (request != nullptr && !writes) Fill(row, state, request);
     if (state == State::kUndeclared)
       MetaTagWrapper::getInstance().setTag(a.tag.index, MetaTagWrapper::kUndeclared);
-    if (state == State::kNullContainer) request.reset();
-    Bytes out(row.outputs * entry.unit + kSlack, kCanary);
-    const int result = Call(entry, std::move(request), state == State::kNullOutput ? nullptr : &out);
+    const size_t outputBytes = row.outputs * entry.unit;
+    Bytes buffer = writes ? Pattern(entry.values * entry.unit, row.slot)
+                          : Bytes(custom ? std::max(kRoom, outputBytes) : outputBytes + kSlack, kCanary);
+    const Bytes before = buffer;
+    const int result = Call(entry, request, state == State::kNullOutput ? nullptr : &buffer);
     Reset();
-    EXPECT_EQ(expected, Taken(log));
-    const bool succeeds = state == State::kPresent || state == State::kLonger;
+    EXPECT_EQ(literal != nullptr ? *literal : Expected(H(), row, state), Taken(log));
+    if (custom) {
+      EXPECT_EQ(row.nonZeroSuccess, result == 0) << "result " << result;
+      return;
+    }
+    const bool succeeds = (IsRead(row) || writes) && (state == State::kPresent || state == State::kLonger);
     EXPECT_EQ(succeeds ? 0 : -1, result);
-    if (succeeds)
-      ExpectWritten(row, out, stored);
+    if (writes) ExpectStored(a, request, succeeds ? before : Bytes{});
+    if (succeeds && !writes)
+      ExpectWritten(row, buffer, Pattern(a, CountIn(state, Needed(a))));
     else
-      EXPECT_EQ(Bytes(out.size(), kCanary), out) << "output written on a failure";
+      EXPECT_EQ(before, buffer) << "the buffer written on a failure, or a write's input changed";
   }
 
   // Copies hand over the stored bytes (the container pads the last word with
@@ -393,94 +411,28 @@ class RowSweep : public ::testing::TestWithParam<Helper> {
     }
   }
 
-  void SweepWrite(const Row& row, const Entry& entry, State state, const Log& expected) {
-    const Access& a = row.main();
-    const Bytes input = Pattern((entry.form == Form::kArray ? kWriteCount : 1) * entry.unit, row.slot);
-    Bytes buffer = input;
-    MetaPtr meta = state == State::kNullContainer ? nullptr : NewMeta();
-    if (state == State::kUndeclared)
-      MetaTagWrapper::getInstance().setTag(a.tag.index, MetaTagWrapper::kUndeclared);
-    const int result = Call(entry, meta, state == State::kNullOutput ? nullptr : &buffer);
-    Reset();
-    EXPECT_EQ(expected, Taken(log));
-    EXPECT_EQ(state == State::kPresent ? 0 : -1, result);
-    if (state != State::kPresent) {
+  // A write stores exactly its input with the row's element type; a failed
+  // one stores nothing.
+  static void ExpectStored(const Access& access, const MetaPtr& meta, const Bytes& input) {
+    if (input.empty()) {
       EXPECT_TRUE(meta == nullptr || meta->entryCount() == 0) << "written on a failure";
       return;
     }
-    const camera_metadata_ro_entry stored = meta->find(TagOf(a.tag));
-    EXPECT_EQ(a.elements.type, stored.type);
+    const camera_metadata_ro_entry stored = meta->find(TagOf(access.tag));
+    EXPECT_EQ(access.elements.type, stored.type);
     EXPECT_EQ(input, Bytes(stored.data.u8, stored.data.u8 + stored.count * ElementSize(stored.type)));
-  }
-
-  // Always -1, never a byte written.
-  void SweepUnsupported(const Entry& entry, State state, const Log& expected) {
-    Bytes out(entry.unit + kSlack, kCanary);
-    const MetaPtr meta = state == State::kNullContainer ? nullptr : NewMeta();
-    EXPECT_EQ(-1, Call(entry, meta, state == State::kNullOutput ? nullptr : &out));
-    EXPECT_EQ(expected, Taken(log));
-    EXPECT_EQ(Bytes(out.size(), kCanary), out) << "output written";
-  }
-
-  // A request holding each of the row's tags with the elements it relies on,
-  // its own tag one short in the short state.
-  void SweepCustom(const Row& row, const Entry& entry, State state, const Log& expected) {
-    MetaPtr request = state == State::kNullContainer ? nullptr : NewMeta();
-    for (size_t i = kMaxAccesses; request && i-- > 0;) {
-      const Access& access = row.access[i];
-      const uint32_t count = Needed(access) - (i == 0 && state == State::kShort);
-      if (HasTag(access.tag)) Store(*request, access, Ones(access.elements.type, count));
-    }
-    Bytes out(std::max(kRoom, row.outputs * entry.unit), kCanary);
-    const int result = Call(entry, request, state == State::kNullOutput ? nullptr : &out);
-    EXPECT_EQ(row.nonZeroSuccess, result == 0) << "result " << result;
-    EXPECT_EQ(expected, Taken(log));
   }
 
   testsupport::LogCapture log;
 };
 
-std::vector<State> ReadStates(const Row& row) {
-  std::vector<State> states{State::kPresent,   State::kLonger,     State::kAbsent,
-                            State::kZeroCount, State::kNullOutput, State::kNullContainer};
-  if (Needed(row.main()) > 1) states.push_back(State::kShort);
-  if (row.main().tag.index != META_NO_INDEX) states.push_back(State::kUndeclared);
-  if (IsStatic(row)) states.insert(states.end(), {State::kNoCamera, State::kNoStatic});
-  return states;
-}
-
-TEST_P(RowSweep, ReadsSucceedOnlyWithTheElementsTheirRowReliesOn) {
-  ForRows({Skeleton::kRead, Skeleton::kConvert, Skeleton::kReadWith, Skeleton::kStaticRead},
-          [&](const Row& row, const Entry& entry) {
-            for (State state : ReadStates(row)) Sweep(row, entry, state);
-          });
-}
-
-TEST_P(RowSweep, WritesStoreExactlyTheirInputOrSayWhyNot) {
-  ForRows({Skeleton::kWrite}, [&](const Row& row, const Entry& entry) {
-    std::vector<State> states{State::kPresent, State::kNullContainer};
-    if (entry.form != Form::kByValue) states.push_back(State::kNullOutput);
-    if (row.main().tag.index != META_NO_INDEX) states.push_back(State::kUndeclared);
-    for (State state : states) Sweep(row, entry, state);
-  });
-}
-
-TEST_P(RowSweep, UnsupportedFormsAndStubsRefuseOnlyWhatTheyLookAt) {
-  ForRows({Skeleton::kNotSupported, Skeleton::kNotSupportedRecord, Skeleton::kStub},
-          [&](const Row& row, const Entry& entry) {
-            for (State state : {State::kPresent, State::kNullOutput, State::kNullContainer})
-              Sweep(row, entry, state);
-          });
-}
-
-// Their row's short-entry rule, and the refusals their row names.
-TEST_P(RowSweep, HandWrittenOperationsRefuseShortEntriesAndMissingArgumentsAsTheirRowSays) {
-  ForRows({Skeleton::kCustom}, [&](const Row& row, const Entry& entry) {
-    if (Needed(row.main()) > 1) Sweep(row, entry, State::kShort);
-    if (entry.pointerOutput && row.main().lines.arg != kNoLine && (row.needs & kNeedsOutput) == 0)
-      Sweep(row, entry, State::kNullOutput);
-    if (row.argCheck.needsContainer) Sweep(row, entry, State::kNullContainer);
-  });
+TEST_P(RowSweep, EveryRowInEveryStateItsSkeletonTellsApart) {
+  for (size_t i = 0; i < H().count; ++i) {
+    for (size_t state = 0; state < std::size(kStateNames); ++state) {
+      if (Applies(H().rows[i], H().entries[i], State(state)))
+        Sweep(H().rows[i], H().entries[i], State(state));
+    }
+  }
 }
 
 // Every count of each of their tags, the other tags as full as they get: under
@@ -488,7 +440,10 @@ TEST_P(RowSweep, HandWrittenOperationsRefuseShortEntriesAndMissingArgumentsAsThe
 // crash with real outputs, null ones or no container.
 TEST_P(RowSweep, HandWrittenOperationsStayInsideEveryEntry) {
   testsupport::LogCapture::SetSettings(7, 0, 7, 0, 0);  // thousands of calls: both logs quiet
-  ForRows({Skeleton::kCustom}, [&](const Row& row, const Entry& entry) {
+  for (size_t i = 0; i < H().count; ++i) {
+    const Row& row = H().rows[i];
+    const Entry& entry = H().entries[i];
+    if (row.skeleton != Skeleton::kCustom) continue;
     Bytes out(std::max(kRoom, row.outputs * entry.unit));
     const bool nullOutputs = (row.needs & kNeedsOutput) == 0;
     for (const Access& access : row.access) {
@@ -500,7 +455,7 @@ TEST_P(RowSweep, HandWrittenOperationsStayInsideEveryEntry) {
       for (uint32_t count : counts) {
         SCOPED_TRACE(
             Where(row, NvMetadata::getTagName(TagOf(access.tag)) + (" with " + std::to_string(count))));
-        Store(*full, access, Ones(access.elements.type, count));
+        Store(*full, access, testsupport::Ones(access.elements.type, count));
         Call(entry, full, &out);
         if (nullOutputs) Call(entry, full, nullptr);
       }
@@ -509,7 +464,7 @@ TEST_P(RowSweep, HandWrittenOperationsStayInsideEveryEntry) {
     }
     Where(row, "no container");
     if ((row.needs & kNeedsRequest) == 0) Call(entry, nullptr, &out);
-  });
+  }
 }
 
 // ---- Literal texts ---------------------------------------------------------------
