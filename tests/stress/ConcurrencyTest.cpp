@@ -2,7 +2,7 @@
 // point, the manager and the adapter client (each in a fresh process, so the
 // first call is really the first), then every operation on a shared request
 // and every setter on per-thread metadata. Each thread must see exactly what
-// a single-threaded run sees.
+// a single-threaded run sees, and no log message may be lost.
 #include <gtest/gtest.h>
 #include <nvdebug/NvLog.h>
 
@@ -15,11 +15,10 @@
 #include <thread>
 #include <vector>
 
-#include "CatalogTestSupport.h"
 #include "FakeAdapterControl.h"
 #include "MetaHelperManagerImpl.h"
 #include "MtkMetadataHelper.h"
-#include "TagTable.h"
+#include "RecordingSink.h"
 #include "TestSupport.h"
 
 extern "C" void* GetInstance();
@@ -27,6 +26,7 @@ extern "C" void* GetInstance();
 namespace {
 
 using metahelper::MetaPtr;
+using Helper = metahelper::metadataHelperBase;
 // One line per operation: slot, name, result and the value it produced as
 // the catalogue describes it. Equal outcomes mean equal behaviour.
 using Outcomes = std::vector<std::string>;
@@ -35,30 +35,14 @@ constexpr int kThreads = 16;
 constexpr int kChildRuns = 4;  // fresh processes per first-use test: races need chances
 constexpr long kShiftTimestamp = 42;
 
-// The cameras the adapter knows, camera kFullCamera of the zoom-EIS type, and a shift answer for
-// even timestamps only, so that a thread given another's answer, or none, shows.
-void SetUpAdapter() {
+// The cameras the adapter knows, camera kFullCamera of the zoom-EIS type and
+// with full static metadata, and a shift answer for even timestamps only, so
+// that a thread given another's answer, or none, shows.
+void SetUpPlatform() {
   for (int32_t id = 0; id < 8; ++id) fakeadapter::SetCameraType(id, id == testsupport::kFullCamera ? 20 : 1);
   fakeadapter::SetShiftAnswer(true, 3, -2, 0, /*evenOnly=*/true);
-}
-
-Outcomes RunCatalogue(metahelper::metadataHelperBase& helper, const opcatalog::CallContext& context,
-                      bool writes) {
-  size_t count = 0;
-  const opcatalog::Operation* operations = opcatalog::Operations(&count);
-  Outcomes outcomes;
-  for (size_t i = 0; i < count; ++i) {
-    const opcatalog::Operation& operation = operations[i];
-    if ((operation.kind == opcatalog::Kind::Setter) != writes) continue;
-    cattest::RecordingSink sink;
-    opcatalog::CallContext call = context;
-    call.sink = &sink;
-    std::string line = std::to_string(operation.slot) + " " + operation.name + " -> " +
-                       std::to_string(operation.call(helper, call));
-    for (const std::string& value : sink.lines) line += " | " + value;
-    outcomes.push_back(line);
-  }
-  return outcomes;
+  StaticMetadataWraper::getInstance()->setStaticMetadata(testsupport::kFullCamera,
+                                                         testsupport::FullContainer());
 }
 
 opcatalog::CallContext FullContext(MetaPtr request) {
@@ -69,7 +53,25 @@ opcatalog::CallContext FullContext(MetaPtr request) {
   return context;
 }
 
-// Runs body(0) .. body(threads - 1) on as many threads, released together
+// The reads, or the writes, of the catalogue.
+Outcomes RunCatalogue(Helper& helper, opcatalog::CallContext context, bool writes) {
+  size_t count = 0;
+  const opcatalog::Operation* operations = opcatalog::Operations(&count);
+  Outcomes outcomes;
+  for (size_t i = 0; i < count; ++i) {
+    const opcatalog::Operation& operation = operations[i];
+    if ((operation.kind == opcatalog::Kind::Setter) != writes) continue;
+    testsupport::RecordingSink sink;
+    context.sink = &sink;
+    std::string line = std::to_string(operation.slot) + " " + operation.name + " -> " +
+                       std::to_string(operation.call(helper, context));
+    for (const std::string& value : sink.lines) line += " | " + value;
+    outcomes.push_back(line);
+  }
+  return outcomes;
+}
+
+// Runs body(0) .. body(kThreads - 1) on as many threads, released together
 // once all of them are running, so their first steps truly overlap.
 template <typename Body>
 void RunTogether(Body body) {
@@ -85,107 +87,104 @@ void RunTogether(Body body) {
   for (std::thread& thread : pool) thread.join();
 }
 
-metahelper::MetaHelperManagerImpl& Manager() {
-  return *static_cast<metahelper::MetaHelperManagerImpl*>(GetInstance());
+// ---- First use ----------------------------------------------------------------
+// Each run forks from a test process that has not touched the manager or the
+// adapter client, so the child's calls really are the first. Forking without
+// re-executing also works under qemu-user, which cannot exec a foreign
+// binary. A broken expectation ends the child with status 1 and says why.
+template <typename Body>
+void InFreshProcesses(Body body) {
+  GTEST_FLAG_SET(death_test_style, "fast");
+  const auto child = [&body] {
+    body();
+    std::exit(0);
+  };
+  for (int run = 0; run < kChildRuns; ++run)
+    EXPECT_EXIT(child(), ::testing::ExitedWithCode(0), "") << "run " << run;
 }
-
-// For the bodies of child processes: a broken expectation ends the child
-// with status 1 and says why; the parent expects status 0.
 void ExitUnless(bool condition, const char* what) {
   if (condition) return;
   std::fprintf(stderr, "%s\n", what);
   std::exit(1);
 }
 
-// ---- First use ----------------------------------------------------------------
+metahelper::MetaHelperManagerImpl& Manager() {
+  return *static_cast<metahelper::MetaHelperManagerImpl*>(GetInstance());
+}
+
 // Every thread's first GetInstance and GetMetadataHelper at once: one manager;
 // a racing first call may make a spare helper, but every helper handed out
 // must behave exactly as the one the manager keeps.
-void FirstCallsFromManyThreads() {
-  std::array<void*, kThreads> managers{};
-  std::array<std::shared_ptr<metahelper::metadataHelperBase>, kThreads> helpers;
-  RunTogether([&](int i) {
-    managers[i] = GetInstance();
-    helpers[i] = static_cast<metahelper::MetaHelperManagerImpl*>(managers[i])->GetMetadataHelper();
-  });
-  const std::shared_ptr<metahelper::metadataHelperBase> kept = Manager().GetMetadataHelper();
-  ExitUnless(kept == Manager().GetMetadataHelper(), "the kept helper changed after first use");
-  SetUpAdapter();
-  StaticMetadataWraper::getInstance()->setStaticMetadata(testsupport::kFullCamera,
-                                                         testsupport::FullContainer());
-  const MetaPtr request = testsupport::FullContainer();
-  const Outcomes expected = RunCatalogue(*kept, FullContext(request), false);
-  for (int i = 0; i < kThreads; ++i) {
-    ExitUnless(managers[i] == GetInstance(), "threads saw different managers");
-    ExitUnless(helpers[i] != nullptr, "a thread got no helper");
-    ExitUnless(RunCatalogue(*helpers[i], FullContext(request), false) == expected,
-               "a helper handed out during the race behaves differently");
-  }
-  std::exit(0);
-}
-
-// Each child is forked from a test process that has not touched the manager
-// or the adapter client, so its calls really are the first. Forking without
-// re-executing also works under qemu-user, which cannot exec a foreign binary.
-void FreshChildProcesses() { GTEST_FLAG_SET(death_test_style, "fast"); }
-
 TEST(FirstUse, ConcurrentFirstCallsShareOneManagerAndEquivalentHelpers) {
-  FreshChildProcesses();
-  for (int run = 0; run < kChildRuns; ++run)
-    EXPECT_EXIT(FirstCallsFromManyThreads(), ::testing::ExitedWithCode(0), "") << "run " << run;
+  InFreshProcesses([] {
+    std::array<void*, kThreads> managers{};
+    std::array<std::shared_ptr<Helper>, kThreads> helpers;
+    RunTogether([&](int i) {
+      managers[i] = GetInstance();
+      helpers[i] = static_cast<metahelper::MetaHelperManagerImpl*>(managers[i])->GetMetadataHelper();
+    });
+    const std::shared_ptr<Helper> kept = Manager().GetMetadataHelper();
+    ExitUnless(kept == Manager().GetMetadataHelper(), "the kept helper changed after first use");
+    SetUpPlatform();
+    const MetaPtr request = testsupport::FullContainer();
+    const Outcomes expected = RunCatalogue(*kept, FullContext(request), false);
+    for (int i = 0; i < kThreads; ++i) {
+      ExitUnless(managers[i] == GetInstance(), "threads saw different managers");
+      ExitUnless(helpers[i] != nullptr, "a thread got no helper");
+      ExitUnless(RunCatalogue(*helpers[i], FullContext(request), false) == expected,
+                 "a helper handed out during the race behaves differently");
+    }
+  });
 }
 
 // Every thread's shift query is the adapter client's first use. With the
 // library, it is loaded and initialised once and every query answered; without
 // it, every record comes back as passed.
-void FirstAdapterUseFromManyThreads(const char* library, bool present) {
-  setenv("METAHELPER_ADAPTER_LIBRARY", library, 1);
-  SetUpAdapter();
-  constexpr int32_t kUntouched = 7;
-  std::array<nvholder::ShiftData, kThreads> records{};
-  std::array<int, kThreads> results{};
-  metahelper::MtkMetadataHelper helper;
-  RunTogether([&](int i) {
-    records[i].shiftX = records[i].shiftY = kUntouched;
-    results[i] = helper.GetShiftDataFromHolder(kShiftTimestamp + i, i % 8, &records[i]);
-  });
-  ExitUnless(fakeadapter::GetInstanceCount() == (present ? 1 : 0), "the adapter was not loaded exactly once");
-  ExitUnless(fakeadapter::InitializeCount() == (present ? 1 : 0), "the adapter was not initialised once");
-  ExitUnless(fakeadapter::QueryCount() == (present ? kThreads : 0), "queries lost or added");
-  for (int i = 0; i < kThreads; ++i) {
-    const bool answered = present && (kShiftTimestamp + i) % 2 == 0;
-    ExitUnless(results[i] == 0, "a shift query failed");
-    ExitUnless(
-        records[i].shiftX == (answered ? 3 : kUntouched) && records[i].shiftY == (answered ? -2 : kUntouched),
-        "a shift record differs from the adapter's answer");
+TEST(FirstUse, ConcurrentFirstAdapterUseLoadsOnceOrLeavesRecordsAlone) {
+  for (const char* library : {ADAPTER_LIBRARY, "/nonexistent/libnvcamera_adapter.so"}) {
+    const bool present = library == std::string(ADAPTER_LIBRARY);
+    InFreshProcesses([library, present] {
+      setenv("METAHELPER_ADAPTER_LIBRARY", library, 1);
+      SetUpPlatform();
+      constexpr int32_t kUntouched = 7;
+      std::array<nvholder::ShiftData, kThreads> records{};
+      std::array<int, kThreads> results{};
+      metahelper::MtkMetadataHelper helper;
+      RunTogether([&](int i) {
+        records[i].shiftX = records[i].shiftY = kUntouched;
+        results[i] = helper.GetShiftDataFromHolder(kShiftTimestamp + i, i % 8, &records[i]);
+      });
+      ExitUnless(fakeadapter::GetInstanceCount() == (present ? 1 : 0),
+                 "the adapter was not loaded exactly once");
+      ExitUnless(fakeadapter::InitializeCount() == (present ? 1 : 0), "the adapter was not initialised once");
+      ExitUnless(fakeadapter::QueryCount() == (present ? kThreads : 0), "queries lost or added");
+      for (int i = 0; i < kThreads; ++i) {
+        const bool answered = present && (kShiftTimestamp + i) % 2 == 0;
+        ExitUnless(results[i] == 0, "a shift query failed");
+        ExitUnless(records[i].shiftX == (answered ? 3 : kUntouched) &&
+                       records[i].shiftY == (answered ? -2 : kUntouched),
+                   "a shift record differs from the adapter's answer");
+      }
+    });
   }
-  std::exit(0);
-}
-
-TEST(FirstUse, ConcurrentFirstAdapterUseLoadsOnce) {
-  FreshChildProcesses();
-  for (int run = 0; run < kChildRuns; ++run)
-    EXPECT_EXIT(FirstAdapterUseFromManyThreads(ADAPTER_LIBRARY, true), ::testing::ExitedWithCode(0), "")
-        << "run " << run;
-}
-
-TEST(FirstUse, ConcurrentRetriesWithoutAdapterLeaveRecordsAlone) {
-  FreshChildProcesses();
-  for (int run = 0; run < kChildRuns; ++run)
-    EXPECT_EXIT(FirstAdapterUseFromManyThreads("/nonexistent/libnvcamera_adapter.so", false),
-                ::testing::ExitedWithCode(0), "")
-        << "run " << run;
 }
 
 // ---- Steady use ---------------------------------------------------------------
+// One round as each thread runs it: reads of the shared request with real and
+// null outputs, then the setters on fresh copies of their own, and what the
+// setters left in both containers.
 struct Round {
   Outcomes reads, nullReads, writes;
-  MetaPtr written, second;  // the containers after the writes
+  MetaPtr written, second;
+
+  bool operator==(const Round& other) const {
+    return reads == other.reads && nullReads == other.nullReads && writes == other.writes &&
+           testsupport::SameContent(*written, *other.written) &&
+           testsupport::SameContent(*second, *other.second);
+  }
 };
 
-// One round as each thread runs it: reads of the shared request with real and
-// null outputs, then the setters on fresh copies of their own.
-Round RunRound(metahelper::metadataHelperBase& helper, const MetaPtr& request) {
+Round RunRound(Helper& helper, const MetaPtr& request) {
   Round round;
   opcatalog::CallContext context = FullContext(request);
   round.reads = RunCatalogue(helper, context, false);
@@ -199,24 +198,16 @@ Round RunRound(metahelper::metadataHelperBase& helper, const MetaPtr& request) {
   return round;
 }
 
-bool SameRound(const Round& a, const Round& b) {
-  return a.reads == b.reads && a.nullReads == b.nullReads && a.writes == b.writes &&
-         tagtable::SameContent(*a.written, *b.written) && tagtable::SameContent(*a.second, *b.second);
-}
-
 TEST(SteadyUse, ThreadsSharingARequestSeeWhatOneThreadSees) {
   constexpr int kRounds = 6;
   setenv("METAHELPER_ADAPTER_LIBRARY", ADAPTER_LIBRARY, 0);
-  SetUpAdapter();
-  StaticMetadataWraper::getInstance()->setStaticMetadata(testsupport::kFullCamera,
-                                                         testsupport::FullContainer());
+  SetUpPlatform();
   const MetaPtr request = testsupport::FullContainer();
   const MetaPtr pristine = std::make_shared<NvMetadata>(*request);
-  const std::shared_ptr<metahelper::metadataHelperBase> helper = Manager().GetMetadataHelper();
-  // Every level on, both sinks counted, nothing printed.
-  const uint32_t saved[] = {gNvCamLogLevel, gNvCamOfflineLogLevel, gNvCamDebugMask};
-  gNvCamLogLevel = gNvCamOfflineLogLevel = 0;
-  gNvCamDebugMask = 1;
+  const std::shared_ptr<Helper> helper = Manager().GetMetadataHelper();
+  // Every level on and both sinks counted; the hook consumes every message,
+  // so none reaches the capture's Android print.
+  testsupport::LogCapture everyLevel;
   std::atomic<long> online{0}, offline{0};
   nvdebug::setOnlineObserver([&online](const nvdebug::LogRecord&) { return ++online, 1; });
   nvdebug::setOfflineObserver([&offline](const nvdebug::LogRecord&) { ++offline; });
@@ -226,16 +217,11 @@ TEST(SteadyUse, ThreadsSharingARequestSeeWhatOneThreadSees) {
   EXPECT_GT(expected.reads.size(), 100u);
   std::array<int, kThreads> mismatches{};
   RunTogether([&](int i) {
-    for (int round = 0; round < kRounds; ++round)
-      mismatches[i] += !SameRound(RunRound(*helper, request), expected);
+    for (int round = 0; round < kRounds; ++round) mismatches[i] += !(RunRound(*helper, request) == expected);
   });
 
-  nvdebug::setOnlineObserver({});
-  nvdebug::setOfflineObserver({});
-  gNvCamLogLevel = saved[0], gNvCamOfflineLogLevel = saved[1], gNvCamDebugMask = saved[2];
-  for (int i = 0; i < kThreads; ++i)
-    EXPECT_EQ(0, mismatches[i]) << "rounds of thread " << i << " that differed";
-  EXPECT_TRUE(tagtable::SameContent(*request, *pristine)) << "reads changed the shared request";
+  EXPECT_EQ((std::array<int, kThreads>{}), mismatches) << "rounds of each thread that differed";
+  EXPECT_TRUE(testsupport::SameContent(*request, *pristine)) << "reads changed the shared request";
   EXPECT_EQ(onlinePerRound * (1 + kThreads * kRounds), online.load()) << "messages lost or added under load";
   EXPECT_EQ(offlinePerRound * (1 + kThreads * kRounds), offline.load());
   StaticMetadataWraper::getInstance()->clear();

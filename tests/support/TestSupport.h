@@ -132,6 +132,8 @@ inline void BindCamera(NvMetadata& request, int32_t cameraId, std::shared_ptr<Nv
                                                          std::move(staticMeta));
 }
 
+inline constexpr size_t kElementSize[NUM_TYPES] = {1, 4, 4, 8, 8, 8};  // by TYPE_* type
+
 // `count` elements of value one of a TYPE_* type: plausible counts, ids and
 // sizes wherever an operation computes with them. The integer types take the
 // low bytes of a 64-bit one (little-endian hosts).
@@ -140,12 +142,22 @@ inline std::vector<uint8_t> Ones(uint8_t type, size_t count) {
   static const float kFloat = 1;
   static const double kDouble = 1;
   static const camera_metadata_rational kRational{1, 1};
-  const std::pair<const void*, size_t> one[NUM_TYPES] = {{&kInteger, 1}, {&kInteger, 4}, {&kFloat, 4},
-                                                         {&kInteger, 8}, {&kDouble, 8},  {&kRational, 8}};
-  std::vector<uint8_t> bytes(count * one[type].second);
-  for (size_t i = 0; i < bytes.size(); i += one[type].second)
-    std::memcpy(&bytes[i], one[type].first, one[type].second);
+  const void* const one[NUM_TYPES] = {&kInteger, &kInteger, &kFloat, &kInteger, &kDouble, &kRational};
+  std::vector<uint8_t> bytes(count * kElementSize[type]);
+  for (size_t i = 0; i < bytes.size(); i += kElementSize[type])
+    std::memcpy(&bytes[i], one[type], kElementSize[type]);
   return bytes;
+}
+
+// The same tags holding the same elements.
+inline bool SameContent(const NvMetadata& a, const NvMetadata& b) {
+  if (a.tags() != b.tags()) return false;
+  for (unsigned int tag : a.tags()) {
+    const camera_metadata_ro_entry x = a.find(tag), y = b.find(tag);
+    if (x.type != y.type || x.count != y.count) return false;
+    if (x.count != 0 && std::memcmp(x.data.u8, y.data.u8, x.count * kElementSize[x.type]) != 0) return false;
+  }
+  return true;
 }
 
 // Every registered tag with 32 KiB of ones, more than the largest fixed-size
@@ -156,7 +168,7 @@ constexpr int kFullCamera = 1;
 inline std::shared_ptr<NvMetadata> FullContainer() {
   auto meta = NewMeta();
   for (const nvmetadata::TagInfo& tag : nvmetadata::kRegisteredTags) {
-    const size_t count = 32768 / Ones(tag.type, 1).size();
+    const size_t count = 32768 / kElementSize[tag.type];
     meta->update(tag.tag, static_cast<const void*>(Ones(tag.type, count).data()), count);
   }
   const uint8_t physicalIds[] = {'1', '\0'};

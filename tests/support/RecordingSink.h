@@ -1,22 +1,19 @@
-// A sink that records what it hears as flat "path=value" lines.
+// A catalogue sink that records what it hears, one line per event: a value
+// as "name=value", an array as "name#count" and a record as "name:type", each
+// closed by "end". The top value and array elements have no name.
 #pragma once
 
 #include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "OperationCatalog.h"
 
-namespace cattest {
+namespace testsupport {
 
-// Paths join field names and array indices with dots ("faces.0.x0"); the
-// top value has the empty path. Arrays record "path#count", records
-// "path:type".
 class RecordingSink : public opcatalog::ValueSink {
  public:
   std::vector<std::string> lines;
-  int events = 0;
 
   void Integer(const char* name, long long value) override { Add(name, "=" + std::to_string(value)); }
   void Unsigned(const char* name, unsigned long long value) override {
@@ -39,43 +36,26 @@ class RecordingSink : public opcatalog::ValueSink {
   void BeginRecord(const char* name, const char* type) override { Open(name, std::string(":") + type); }
   void EndRecord() override { Close(); }
 
-  bool Balanced() const { return open_.empty() && !unbalanced_; }
-  bool Has(const std::string& line) const {
-    for (const std::string& l : lines)
-      if (l == line) return true;
-    return false;
-  }
+  // Every array and record closed, and none closed that was not open.
+  bool Balanced() const { return open_ == 0 && !closedTooOften_; }
 
  private:
-  struct Frame {
-    std::string path;
-    size_t next = 0;
-  };
-  std::string Child(const char* name) {
-    if (open_.empty()) return name != nullptr ? name : "";
-    Frame& parent = open_.back();
-    const std::string key = name != nullptr ? name : std::to_string(parent.next++);
-    return parent.path.empty() ? key : parent.path + "." + key;
-  }
   void Add(const char* name, const std::string& value) {
-    ++events;
-    lines.push_back(Child(name) + value);
+    lines.push_back(std::string(name != nullptr ? name : "") + value);
   }
   void Open(const char* name, const std::string& mark) {
-    ++events;
-    const std::string path = Child(name);
-    lines.push_back(path + mark);
-    open_.push_back({path});
+    Add(name, mark);
+    ++open_;
   }
   void Close() {
-    ++events;
-    if (open_.empty())
-      unbalanced_ = true;
+    lines.push_back("end");
+    if (open_ == 0)
+      closedTooOften_ = true;
     else
-      open_.pop_back();
+      --open_;
   }
-  std::vector<Frame> open_;
-  bool unbalanced_ = false;
+  int open_ = 0;
+  bool closedTooOften_ = false;
 };
 
-}  // namespace cattest
+}  // namespace testsupport
