@@ -1,7 +1,7 @@
 // The core read and write where no operation's row reaches them: the tag
 // forms and their precedence, a call naming no tag, an unknown name, a stale
-// data pointer; and the manager that hands out the helper. What every row
-// reaches (no container, an undeclared index) is the row sweep's.
+// data pointer. What every row reaches (no container, an undeclared index)
+// is the row sweep's; the manager is SlotOrderTest.cpp's.
 #include <gtest/gtest.h>
 #include <system/camera_metadata.h>
 
@@ -9,11 +9,8 @@
 #include <tuple>
 #include <vector>
 
-#include "MetaHelperManagerImpl.h"
 #include "TestSupport.h"
 #include "metadataHelperBase.h"
-
-extern "C" void* GetInstance();
 
 namespace {
 
@@ -98,20 +95,6 @@ TEST_F(Core, FindingNothingLeavesCountAndDataAlone) {
   EXPECT_EQ(-1, helper.GetMetaData(meta, nullptr, META_NO_INDEX, ANDROID_SENSOR_SENSITIVITY, &data, nullptr));
   EXPECT_EQ(&stale, data);
   EXPECT_TRUE(log.online.empty());
-}
-
-// That the helper handed out is the MediaTek one shows in SlotOrderTest.cpp,
-// where a caller's slot reaches that class's own extra operation.
-TEST(Manager, OneManagerOneHelperSharedWithEveryCaller) {
-  auto* manager = static_cast<metahelper::MetaHelperManagerImpl*>(GetInstance());
-  ASSERT_EQ(manager, GetInstance());
-  std::shared_ptr<metahelper::metadataHelperBase> first = manager->GetMetadataHelper();  // no Init needed
-  const long owners = first.use_count();
-  std::shared_ptr<metahelper::metadataHelperBase> second = manager->GetMetadataHelper();
-  EXPECT_EQ(first.get(), second.get());
-  EXPECT_EQ(owners + 1, second.use_count());
-  EXPECT_EQ(0, manager->Init());
-  EXPECT_EQ(first.get(), manager->GetMetadataHelper().get());
 }
 
 }  // namespace

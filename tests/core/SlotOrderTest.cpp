@@ -96,10 +96,15 @@ TEST(LoadedLibrary, ManagerSlotsAndTheHandedOutHelper) {
   ASSERT_NE(nullptr, handle) << dlerror();
   auto getInstance = reinterpret_cast<void* (*)()>(dlsym(handle, "GetInstance"));
   ASSERT_NE(nullptr, getInstance);
+  // One manager and one helper for every caller, no Init needed first.
   auto* manager = static_cast<CallerManager*>(getInstance());
-  EXPECT_EQ(0, manager->Init());
+  ASSERT_EQ(manager, getInstance());
   std::shared_ptr<CallerHelper> helper = manager->GetMetadataHelper();
   ASSERT_NE(nullptr, helper);
+  const long owners = helper.use_count();
+  EXPECT_EQ(owners + 1, manager->GetMetadataHelper().use_count()) << "one helper, shared";
+  EXPECT_EQ(0, manager->Init());
+  EXPECT_EQ(helper, manager->GetMetadataHelper());
   testsupport::LogCapture log;
   // A not-supported slot names itself in its "arg err" line, so the function
   // printed tells which operation the caller's slot reached.
