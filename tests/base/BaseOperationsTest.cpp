@@ -81,22 +81,17 @@ TEST_F(BaseTest, ZeroDenominatorIsRepairedInTheMetadata) {
   EXPECT_EQ(1, meta->find(ANDROID_COLOR_CORRECTION_TRANSFORM).data.r[4].denominator);
 }
 
-TEST_F(BaseTest, ImageNameKeepsTheStoredTerminator) {
-  MetaPtr meta = NewMeta();
-  std::string name = "previous";
-  EXPECT_EQ(-1, helper.GetImgName(meta, &name));
-  EXPECT_EQ(Lines{"E 1239 GetImgName GetMetadata nuvaro.snapshot.imageName err"}, Taken());
-  Put(*meta, META_SNAPSHOT_IMAGE_NAME, std::vector<uint8_t>{'I', 'M', 'G', '_', '1', 0});
-  EXPECT_EQ(0, helper.GetImgName(meta, &name));
-  EXPECT_EQ(std::string("IMG_1\0", 6), name);
-}
-
+// A name read keeps its stored terminator: the catalogue tests show it, as a
+// string keeps its length there only when the operation keeps it.
 TEST_F(BaseTest, AnchorOrderIsAppendedAndAnEmptyOneRefused) {
   MetaPtr meta = NewMeta();
+  std::string name;
   std::vector<int> order{9}, none;
+  EXPECT_EQ(-1, helper.GetImgName(meta, &name));
   EXPECT_EQ(-1, helper.GetAnchorFrameOrder(meta, order));
   EXPECT_EQ(-1, helper.SetAnchorFrameOrder(meta, none));
-  EXPECT_EQ((Lines{R"(W 2206 GetAnchorFrameOrder "find com.nuvaro.nvvi2.anchorOutputOrder fail")",
+  EXPECT_EQ((Lines{"E 1239 GetImgName GetMetadata nuvaro.snapshot.imageName err",
+                   R"(W 2206 GetAnchorFrameOrder "find com.nuvaro.nvvi2.anchorOutputOrder fail")",
                    R"(E 2426 SetAnchorFrameOrder "arg err")"}),
             Taken());
   std::vector<int> written{2, 0, 1};
@@ -109,11 +104,17 @@ TEST_F(BaseTest, AnchorOrderIsAppendedAndAnEmptyOneRefused) {
 }
 
 struct CameraFiveHelper : H {
-  int GetFwkCameraId(MetaPtr /*meta*/, int* out) override { return *out = 5, 0; }
+  int GetFwkCameraId(MetaPtr /*meta*/, int* out) override {
+    *out = 5;
+    return 0;
+  }
 };
 
 // Back-to-back NUL-terminated ids, written with '|' for the NUL.
-std::string Ids(std::string t) { return std::replace(t.begin(), t.end(), '|', '\0'), t; }
+std::string Ids(std::string text) {
+  std::replace(text.begin(), text.end(), '|', '\0');
+  return text;
+}
 void AddCamera(int id, uint8_t facing, const std::vector<int32_t>& roles, const std::string& ids) {
   MetaPtr meta = NewMeta();
   Put(*meta, ANDROID_LENS_FACING, std::vector<uint8_t>{facing});
@@ -214,12 +215,11 @@ TEST_F(BaseTest, CapabilityResultIsTheDataAddressOrZero) {
   EXPECT_EQ(0, std::memcmp(&caps, stored.data(), sizeof caps));
 }
 
+// The values' copy without the byte tag is the catalogue tests'.
 TEST_F(BaseTest, GainMapCopyWithoutTheByteTag) {
   MetaPtr source = NewMeta(), destination = NewMeta();
-  Put(*source, META_GAINMAP_VALUES, std::vector<float>{1.5f, 2.5f});
   EXPECT_EQ(0, helper.UpdateGainMapMeta(source, destination));
   EXPECT_EQ(Lines{"I 2413 UpdateGainMapMeta get ultrahdr metadata failed."}, Taken());
-  EXPECT_EQ(2.5f, destination->find("com.nuvaro.ultrahdr.gainmapValues").data.f[1]);
   Put(*source, META_GAINMAP_METADATA, std::vector<uint8_t>{1, 2, 3});
   EXPECT_EQ(0, helper.UpdateGainMapMeta(source, destination));
   EXPECT_EQ(3, destination->find("com.nuvaro.ultrahdr.gainmapMetadata").data.u8[2]);
