@@ -183,8 +183,9 @@ TEST_F(MetaText, EachPrintedConstructLoads) {
   }
 }
 
-// Printed by the platform's rules, and read back, in every style.
-TEST_F(MetaText, PrintsAsThePlatformAndReadsBack) {
+// Printed by the platform's rules. That every style reads back to the same
+// entries is fuzz/MetaTextFuzzer's check.
+TEST_F(MetaText, PrintsAsThePlatform) {
   ASSERT_EQ(0, table_.add("com.acme.feature.level", 0x80010000u, TYPE_INT64));
   NvMetadata meta;
   const uint8_t mode = 2, ids[] = {'3', 0, '1', '2', 0};
@@ -231,20 +232,6 @@ TEST_F(MetaText, PrintsAsThePlatformAndReadsBack) {
       "      [-9223372036854775808 ]\n",
       Printed(meta, {2, 2, true, false, false}));
 
-  for (int styleBits = 0; styleBits < 16; ++styleBits) {
-    const metatext::PrintStyle style{styleBits & 1 ? 6 : 0, styleBits & 8 ? 1 : 2, (styleBits & 2) != 0,
-                                     (styleBits & 4) != 0, false};
-    SCOPED_TRACE(styleBits);
-    const std::string printed = Printed(meta, style);
-    const Capture capture = Read(printed);
-    ASSERT_EQ(1u, capture.buffers.size());
-    ASSERT_TRUE(capture.buffers[0].meta) << capture.buffers[0].problem.Message();
-    EXPECT_EQ(printed, Printed(*capture.buffers[0].meta, style));
-    EXPECT_EQ(
-        style.verbosity == 1 ? std::vector<uint32_t>{ANDROID_TONEMAP_CURVE_RED} : std::vector<uint32_t>{},
-        capture.buffers[0].cut);
-    EXPECT_EQ(V{-1}, Values(*capture.buffers[0].meta, ANDROID_SYNC_MAX_LATENCY));
-  }
   EXPECT_NE(std::string::npos, Printed(meta, {0, 2, true, true, false}).find("[34 OUTPUT INPUT OUTPUT ]"));
   EXPECT_NE(std::string::npos, Printed(meta, {0, 2, true, false, true}).find("[3 1 2 ]"));
   EXPECT_EQ(std::string::npos, Printed(meta, {0, 0, true, false, false}).find("    ["));
