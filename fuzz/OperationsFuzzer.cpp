@@ -32,21 +32,12 @@ extern "C" void* GetInstance();
 namespace {
 
 using fuzzsupport::kElementSize;
-using fuzzsupport::RegisteredTag;
 using fuzzsupport::Require;
 using metahelper::MetaPtr;
 using metahelper::ops::Access;
 using metahelper::ops::Row;
 
 // ---- What the operation tables read ------------------------------------------
-// Each tag any row reads or writes, with the most elements a row relies on
-// (0: the rows look at the count themselves). Entries shorter than that must
-// give no data, never a read past their end.
-struct RowTags {
-  std::map<uint32_t, uint32_t> relied;  // by tag number
-  std::vector<const RegisteredTag*> tags;
-};
-
 uint32_t TagNumberOf(const metahelper::ops::TagRef& ref) {
   if (ref.index != META_NO_INDEX) return MetaTagWrapper::getInstance()(ref.index);
   if (ref.number != 0) return ref.number;
@@ -54,32 +45,27 @@ uint32_t TagNumberOf(const metahelper::ops::TagRef& ref) {
   return NvMetadata::getTagFromName(ref.name, &number) == 0 ? number : MetaTagWrapper::kUndeclared;
 }
 
-template <size_t Count>
-void NoteAccesses(const Row (&rows)[Count], std::map<uint32_t, uint32_t>& relied) {
-  for (const Row& row : rows) {
-    for (const Access& access : row.access) {
-      if (!metahelper::ops::HasTag(access.tag)) continue;
-      const uint32_t tag = TagNumberOf(access.tag);
-      Require(tag != MetaTagWrapper::kUndeclared);                 // else a row names a tag the platform lost
-      Require(access.elements.count != metahelper::ops::kRecord);  // a record count left unresolved
-      uint32_t& most = relied[tag];
-      most = std::max(most, access.elements.count);
-    }
-  }
-}
-
-// Resolved once, while every index is declared as the platform declares it.
-const RowTags& TagsTheRowsRead() {
-  static const RowTags read = [] {
-    RowTags tags;
-    NoteAccesses(metahelper::ops::kBaseRows, tags.relied);
-    NoteAccesses(metahelper::ops::kMtkRows, tags.relied);
-    for (const RegisteredTag& tag : fuzzsupport::kRegisteredTags)
-      if (tags.relied.count(tag.tag) != 0) tags.tags.push_back(&tag);
-    Require(tags.tags.size() == tags.relied.size());  // else a row reads an unregistered tag
-    return tags;
+// Every tag any row of either table reads or writes, with the most elements
+// a row relies on (0: the rows look at the count themselves); an entry
+// shorter than that must give no data, never a read past its end. Resolved
+// once, before any input undeclares an index.
+const std::map<uint32_t, uint32_t>& ReliedCounts() {
+  static const std::map<uint32_t, uint32_t> relied = [] {
+    std::map<uint32_t, uint32_t> most;
+    const auto note = [&most](const Row& row) {
+      for (const Access& access : row.access) {
+        if (!metahelper::ops::HasTag(access.tag)) continue;
+        const uint32_t tag = TagNumberOf(access.tag);
+        Require(NvMetadata::getTagType(tag) >= 0);  // else a row names a tag the platform lost
+        Require(access.elements.count != metahelper::ops::kRecord);  // a record count left unresolved
+        most[tag] = std::max(most[tag], access.elements.count);
+      }
+    };
+    for (const Row& row : metahelper::ops::kBaseRows) note(row);
+    for (const Row& row : metahelper::ops::kMtkRows) note(row);
+    return most;
   }();
-  return read;
+  return relied;
 }
 
 // ---- Building the metadata --------------------------------------------------
@@ -87,22 +73,18 @@ constexpr size_t kMaxEntries = 48;
 // Random counts of tags whose length no row relies on stay about this small.
 constexpr size_t kSmallCount = 40;
 
-// Mostly a tag the rows read, now and then any registered one.
-const RegisteredTag& PickTag(FuzzedDataProvider& in) {
-  const std::vector<const RegisteredTag*>& read = TagsTheRowsRead().tags;
-  if (in.ConsumeIntegralInRange<int>(0, 3) == 0) return fuzzsupport::AnyRegisteredTag(in);
-  return *read[in.ConsumeIntegralInRange<size_t>(0, read.size() - 1)];
-}
-
-uint32_t ReliedCount(uint32_t tag) {
-  const std::map<uint32_t, uint32_t>& relied = TagsTheRowsRead().relied;
-  const auto found = relied.find(tag);
-  return found != relied.end() ? found->second : 0;
+// Three times in four a tag the rows read, else any registered one.
+uint32_t PickTag(FuzzedDataProvider& in) {
+  const std::map<uint32_t, uint32_t>& read = ReliedCounts();
+  if (in.ConsumeIntegralInRange<int>(0, 3) == 0) return fuzzsupport::AnyRegisteredTag(in).tag;
+  return std::next(read.begin(), in.ConsumeIntegralInRange<long>(0, read.size() - 1))->first;
 }
 
 // Any count, zero included; the boundaries around the rows' count come up
 // often: 0, 1, count - 1, count, count + 1, or up to about twice the count.
-size_t PickCount(FuzzedDataProvider& in, size_t relied) {
+size_t PickCount(FuzzedDataProvider& in, uint32_t tag) {
+  const auto found = ReliedCounts().find(tag);
+  const size_t relied = found != ReliedCounts().end() ? found->second : 0;
   const int pick = in.ConsumeIntegralInRange<int>(0, 5);
   if (pick < 2) return static_cast<size_t>(pick);
   if (relied > 0 && pick < 5) return relied + pick - 3;
@@ -110,16 +92,14 @@ size_t PickCount(FuzzedDataProvider& in, size_t relied) {
 }
 
 void WriteOneTag(FuzzedDataProvider& in, NvMetadata& meta) {
-  const RegisteredTag& tag = PickTag(in);
+  const uint32_t tag = PickTag(in);
+  const int registered = NvMetadata::getTagType(tag);
   const bool wrongType = in.ConsumeIntegralInRange<int>(0, 15) == 0;
-  const uint8_t type =
-      wrongType
-          ? static_cast<uint8_t>((tag.type + in.ConsumeIntegralInRange<int>(1, NUM_TYPES - 1)) % NUM_TYPES)
-          : tag.type;
-  const size_t size = kElementSize[type];
-  const size_t count = PickCount(in, ReliedCount(tag.tag));
-  const std::vector<uint64_t> words = fuzzsupport::ConsumeElements(in, count * size);
-  const int result = fuzzsupport::UpdateAs(meta, tag.tag, type, words.data(), count);
+  const int type =
+      wrongType ? (registered + in.ConsumeIntegralInRange<int>(1, NUM_TYPES - 1)) % NUM_TYPES : registered;
+  const size_t count = PickCount(in, tag);
+  const std::vector<uint64_t> words = fuzzsupport::ConsumeElements(in, count * kElementSize[type]);
+  const int result = fuzzsupport::UpdateAs(meta, tag, type, words.data(), count);
   Require(!wrongType || result != 0);  // the container refuses another element type
 }
 
@@ -204,7 +184,7 @@ metahelper::metadataHelperBase& PickHelper(bool generic) {
 
 // The rows' tags are resolved before any input undeclares an index.
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  TagsTheRowsRead();
+  ReliedCounts();
   return 0;
 }
 
