@@ -56,7 +56,8 @@ const std::map<uint32_t, uint32_t>& ReliedCounts() {
       for (const Access& access : row.access) {
         if (!metahelper::ops::HasTag(access.tag)) continue;
         const uint32_t tag = TagNumberOf(access.tag);
-        Require(NvMetadata::getTagType(tag) >= 0);  // else a row names a tag the platform lost
+        // A row names a tag the platform has, with the element type it registers.
+        Require(NvMetadata::getTagType(tag) == access.elements.type);
         Require(access.elements.count != metahelper::ops::kRecord);  // a record count left unresolved
         most[tag] = std::max(most[tag], access.elements.count);
       }
@@ -190,12 +191,8 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   FuzzedDataProvider in(data, size);
-  const bool formatLogs = in.ConsumeBool();
+  fuzzsupport::FormatLogsSilently(in.ConsumeBool());
   const bool generic = in.ConsumeBool();
-  if (formatLogs)
-    fuzzsupport::FormatLogsSilently();
-  else
-    fuzzsupport::SilenceLogs();
   opcatalog::CallContext context = ContextFrom(in);
 
   const MetaPtr request = std::make_shared<NvMetadata>();
