@@ -19,37 +19,22 @@
 
 namespace {
 
-// Name, number (kAnyVendor: any number of a vendor section), type (-1: the name is unknown).
-using TagRow = std::tuple<const char*, uint32_t, int>;
-constexpr uint32_t kAnyVendor = 0xFFFFFFFFu;
-
-// Numbers MediaTek fixed, vendor tags read by name, names that are none.
-// Every registered name is looked up, as it is and one edit away, by
-// fuzz/ContainerFuzzer; every Android tag by the platform table below.
-const TagRow kTags[] = {
-    {"com.mediatek.3afeature.awbColorTemperature", 0x80060100, TYPE_FLOAT},
-    {"com.mediatek.supernight.gammaInfo", 0x910000d9, TYPE_INT32},
-    {"com.nuvaro.lens.info.ViewAngle", kAnyVendor, TYPE_DOUBLE},
-    {"com.nv.node.nvaihighlight.isHighLight", kAnyVendor, TYPE_INT32},
-    {"org.quic.camera.qtimer.startOfExposure", kAnyVendor, TYPE_INT64},
-    {"", 0, -1},
-    {nullptr, 0, -1},
-    {"nuvaro.not.a.tag", 0, -1},
-};
-
-TEST(TagRegistry, NamesResolveToNumberTypeAndBack) {
-  for (const auto& [name, wanted, type] : kTags) {
-    unsigned int number = 1234;
-    ASSERT_EQ(type != -1, NvMetadata::getTagFromName(name, &number) == 0) << name;
-    if (type == -1) {
-      EXPECT_EQ(1234u, number) << name;  // a refused lookup leaves the output alone
-      continue;
-    }
-    EXPECT_TRUE(wanted != kAnyVendor ? number == wanted : number >= 0x80000000u)
-        << name << std::hex << number;
+// Numbers MediaTek fixed, a null name, and numbers between and past the
+// sections. Every registered name is looked up as it is and one edit away
+// by fuzz/ContainerFuzzer, every tag an operation reads with its element
+// type by fuzz/OperationsFuzzer, every Android tag by the platform table.
+TEST(TagRegistry, FixedNumbersResolveAndNumbersOutsideTheSectionsDoNot) {
+  const std::tuple<const char*, uint32_t, int> kFixed[] = {
+      {"com.mediatek.3afeature.awbColorTemperature", 0x80060100, TYPE_FLOAT},
+      {"com.mediatek.supernight.gammaInfo", 0x910000d9, TYPE_INT32}};
+  for (const auto& [name, wanted, type] : kFixed) {
+    unsigned int number = 0;
+    EXPECT_TRUE(NvMetadata::getTagFromName(name, &number) == 0 && number == wanted) << name;
     EXPECT_EQ(type, NvMetadata::getTagType(number)) << name;
     EXPECT_STREQ(name, NvMetadata::getTagName(number));
   }
+  unsigned int untouched = 1234;
+  EXPECT_TRUE(NvMetadata::getTagFromName(nullptr, &untouched) != 0 && untouched == 1234);
   for (uint32_t number : {0x5u, 0x1003Cu, 0xE0023u, 0x230000u, 0x80060002u, 0xA000FFFFu, 0xFFFFFFFFu})
     EXPECT_TRUE(NvMetadata::getTagType(number) == -1 && !NvMetadata::getTagName(number))
         << std::hex << number;
