@@ -178,11 +178,13 @@ void BufferReader::Line(std::string_view line, unsigned number) {
   if (failed_) return;
   line_ = number;
   const std::string_view text = Trim(WithoutComment(line));
-  if (text.empty() || StartsWith(text, "Version:")) return;
+  if (text.empty()) return;
   if (text == "...") return CutMarker();
   if (text[0] == '[') return Values(text);
   EntryLine entry;
   if (!ParseEntryLine(text, &entry)) {
+    // The header's second line; a vendor tag's name may start so too.
+    if (StartsWith(text, "Version:")) return;
     return Fail("not an entry 'NAME (TAG): TYPE[COUNT]', values '[...]', header or comment: '" +
                 Excerpt(text) + "'");
   }
