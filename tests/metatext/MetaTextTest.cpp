@@ -159,6 +159,8 @@ TEST_F(MetaText, EachPrintedConstructLoads) {
        V{},
        S{"dump.txt:3: com.nuvaro.lens.info.ViewAngle is double in the registry, but the dump says float; "
          "left out"}},
+      {"a vendor tag named like the header's second line", "  Version:x (80010000): int32[1]\n    [5 ]\n",
+       0x80010000, V{5}},
       {"Android tag under another number", "  android.lens.facing (80006): byte[1]\n    [1 ]\n",
        ANDROID_LENS_FACING, V{1},
        S{"dump.txt:3: android.lens.facing is tag 80005 in the registry, not 80006; loaded by name"}},
