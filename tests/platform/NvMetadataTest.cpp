@@ -1,6 +1,6 @@
 // What the metadata container promises besides what fuzz/ContainerFuzzer
 // checks against its model (every element type, refused and overflowing
-// writes, a table grown to every registered tag, copies, moves, data that
+// writes, a table grown past a hundred tags, copies, moves, data that
 // stays put, number order): lookups sit on every read, so they must not
 // allocate; and a lookup observer hears every find of its own container.
 #include <gtest/gtest.h>
