@@ -340,25 +340,23 @@ struct IsContainer<std::vector<T>> : std::true_type {};
 template <>
 struct IsContainer<std::string> : std::true_type {};
 
-template <auto A, auto B>
-constexpr bool Same() {
-  if constexpr (std::is_same_v<decltype(A), decltype(B)>) {
-    return A == B;
-  } else {
-    return false;
-  }
+// Which operation a slot holds, by its row's name: pointers to virtual
+// members have no value a constant expression may compare (clang refuses).
+template <int Slot>
+constexpr bool Holds(const char* name) {
+  return metahelper::ops::SameText(metahelper::ops::BaseRow(Slot).name, name);
 }
 
 // Getters by their shape; a few have calls of their own.
 template <auto Method, int Slot>
 constexpr Call GetterCall() {
-  if constexpr (Same<Method, &Helper::GetLSC>()) {
+  if constexpr (Holds<Slot>("GetLSC")) {
     return ReadLensShading;
-  } else if constexpr (Same<Method, &Helper::GetShiftDataFromHolder>()) {
+  } else if constexpr (Holds<Slot>("GetShiftDataFromHolder")) {
     return ReadShiftData;
-  } else if constexpr (Same<Method, &Helper::GetFaceRect>()) {
+  } else if constexpr (Holds<Slot>("GetFaceRect")) {
     return ReadFaceRect;
-  } else if constexpr (Same<Method, &Helper::GetFocusROI>()) {
+  } else if constexpr (Holds<Slot>("GetFocusROI")) {
     return ReadFocusRoi;
   } else {
     return Read<Method, OutputsOf(Slot), metahelper::ops::BaseRow(Slot).nonZeroSuccess>;
