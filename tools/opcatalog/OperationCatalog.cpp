@@ -28,24 +28,25 @@ using Helper = metahelper::metadataHelperBase;
 using Call = int (*)(Helper&, const CallContext&);
 
 // ---- What the rows say ------------------------------------------------------
-// The MediaTek row of a slot, or null where the helper keeps the generic one.
-constexpr const Row* MtkRowOf(int slot) {
+// The MediaTek row's field of a slot, or `none` where the helper keeps the
+// generic one. (No pointers: the sanitizers' checks of them are no
+// constant expressions.)
+template <typename Field>
+constexpr Field MtkField(int slot, Field Row::*field, Field none) {
   for (const Row& row : metahelper::ops::kMtkRows) {
-    if (row.slot == slot) return &row;
+    if (row.slot == slot) return row.*field;
   }
-  return nullptr;
+  return none;
 }
 
 // Storage for the most values either helper writes.
 constexpr uint32_t OutputsOf(int slot) {
-  const Row* mtk = MtkRowOf(slot);
-  return std::max(metahelper::ops::BaseRow(slot).outputs, mtk != nullptr ? mtk->outputs : 0u);
+  return std::max(metahelper::ops::BaseRow(slot).outputs, MtkField(slot, &Row::outputs, 0u));
 }
 
 // What either helper dereferences without testing it.
 constexpr uint8_t NeedsOf(int slot) {
-  const Row* mtk = MtkRowOf(slot);
-  return metahelper::ops::BaseRow(slot).needs | (mtk != nullptr ? mtk->needs : 0);
+  return metahelper::ops::BaseRow(slot).needs | MtkField<uint8_t>(slot, &Row::needs, 0);
 }
 
 constexpr bool StartsWith(const char* text, const char* prefix) {
