@@ -5,11 +5,13 @@
 // arguments. Besides what the model says each lookup must return, the
 // container's own promises are checked: element data 8-byte aligned and
 // zero-padded to whole words, writable in place, and never moved while other
-// tags come and go. Any difference is a finding.
+// tags come and go (the table growing past a hundred tags among them);
+// entries listed in number order; counts whose size overflows refused. Any difference is a finding.
 #include <NvMetadata.h>
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <iterator>
 #include <map>
@@ -22,6 +24,7 @@
 namespace {
 
 using fuzzsupport::kElementSize;
+using fuzzsupport::kRegisteredTagCount;
 using fuzzsupport::kRegisteredTags;
 using fuzzsupport::RegisteredTag;
 using fuzzsupport::Require;
@@ -79,7 +82,16 @@ void CheckEntry(Subject& subject, uint32_t tag) {
 void CheckAll(Subject& subject) {
   Require(subject.meta.entryCount() == subject.model.size());
   Require(subject.meta.isEmpty() == subject.model.empty());
+  std::vector<unsigned int> tags;
+  for (const auto& [tag, entry] : subject.model) tags.push_back(tag);
+  Require(subject.meta.tags() == tags);
   for (const auto& [tag, entry] : subject.model) CheckEntry(subject, tag);
+}
+
+// After every step while the container is small; once it holds most tags,
+// every eighth step (and at the end), which keeps the runs fast.
+void CheckSoon(Subject& subject, int step) {
+  if (subject.model.size() < 64 || step % 8 == 0) CheckAll(subject);
 }
 
 // Name and number lookups of a registered tag find the same entry.
@@ -90,26 +102,32 @@ void CheckByName(Subject& subject, const RegisteredTag& tag) {
 }
 
 // ---- Operations ------------------------------------------------------------
+// Mostly a registered tag; else any number, the table's free-slot marker
+// (all ones) often among them.
 uint32_t AnyTag(FuzzedDataProvider& in) {
-  if (in.ConsumeIntegralInRange<int>(0, 7) == 0) return in.ConsumeIntegral<uint32_t>();
-  return fuzzsupport::AnyRegisteredTag(in).tag;
+  if (in.ConsumeIntegralInRange<int>(0, 7) != 0) return fuzzsupport::AnyRegisteredTag(in).tag;
+  return in.ConsumeBool() ? 0xFFFFFFFFu : in.ConsumeIntegral<uint32_t>();
 }
 
 // One write through a typed or the untyped overload, sometimes with null
-// data; the model says whether it must be taken.
-void Update(FuzzedDataProvider& in, Subject& subject) {
+// data or a count whose size in bytes overflows; the model says whether it
+// must be taken.
+void Update(FuzzedDataProvider& in, Subject& subject, Subject&) {
   const uint32_t tag = AnyTag(in);
   const int asType = in.ConsumeIntegralInRange<int>(0, NUM_TYPES);  // NUM_TYPES: untyped
-  const size_t count = in.ConsumeIntegralInRange<size_t>(0, 40);
-  const bool nullData = in.ConsumeIntegralInRange<int>(0, 7) == 0;
   const RegisteredTag* known = Registered(tag);
   const int type = asType == NUM_TYPES ? (known != nullptr ? known->type : -1) : asType;
-  const size_t bytes = type < 0 ? 0 : count * kElementSize[type];
+  const bool overflows = in.ConsumeIntegralInRange<int>(0, 31) == 0;
+  const size_t count =
+      overflows ? in.ConsumeIntegralInRange<size_t>(SIZE_MAX / kElementSize[type < 0 ? 0 : type], SIZE_MAX)
+                : in.ConsumeIntegralInRange<size_t>(0, 40);
+  const bool nullData = in.ConsumeIntegralInRange<int>(0, 7) == 0;
+  const size_t bytes = type < 0 || overflows ? 0 : count * kElementSize[type];
   const std::vector<uint64_t> words = fuzzsupport::ConsumeElements(in, bytes);
 
   const int result =
       fuzzsupport::UpdateAs(subject.meta, tag, asType, nullData ? nullptr : words.data(), count);
-  const bool accepted = known != nullptr && known->type == type && !(nullData && count != 0);
+  const bool accepted = known != nullptr && known->type == type && !overflows && !(nullData && count != 0);
   Require((result == 0) == accepted);
   if (!accepted) return;
   const auto* first = reinterpret_cast<const uint8_t*>(words.data());
@@ -117,7 +135,25 @@ void Update(FuzzedDataProvider& in, Subject& subject) {
   subject.seen.erase(tag);
 }
 
-void Erase(FuzzedDataProvider& in, Subject& subject) {
+// A hundred registered tags more, from one the input picks: far more than
+// the first table holds, so it grows several times and many tags share
+// probe runs, while the entries already held must stay where they are.
+void AddAHundredTags(FuzzedDataProvider& in, Subject& subject, Subject&) {
+  if (in.ConsumeIntegralInRange<int>(0, 15) != 0) return;  // rarely: it is slow
+  const size_t first = in.ConsumeIntegralInRange<size_t>(0, kRegisteredTagCount - 1);
+  for (size_t i = 0; i < 100; ++i) {
+    const RegisteredTag& tag = kRegisteredTags[(first + i) % kRegisteredTagCount];
+    const size_t count = 1 + (tag.tag + first) % 5;
+    std::vector<uint8_t> bytes(count * kElementSize[tag.type]);
+    for (size_t at = 0; at < bytes.size(); ++at)
+      bytes[at] = static_cast<uint8_t>(tag.tag * 31 + at * 7 + first);
+    Require(subject.meta.update(tag.tag, static_cast<const void*>(bytes.data()), count) == 0);
+    subject.model[tag.tag] = {tag.type, count, std::move(bytes)};
+    subject.seen.erase(tag.tag);
+  }
+}
+
+void Erase(FuzzedDataProvider& in, Subject& subject, Subject&) {
   const uint32_t tag = AnyTag(in);
   const bool present = subject.model.erase(tag) != 0;
   Require((subject.meta.erase(tag) == 0) == present);
@@ -125,7 +161,7 @@ void Erase(FuzzedDataProvider& in, Subject& subject) {
 }
 
 // Callers may repair a value in the found data; the next lookup sees it.
-void WriteInPlace(FuzzedDataProvider& in, Subject& subject) {
+void WriteInPlace(FuzzedDataProvider& in, Subject& subject, Subject&) {
   if (subject.model.empty()) return;
   auto modelled = subject.model.begin();
   std::advance(modelled, in.ConsumeIntegralInRange<size_t>(0, subject.model.size() - 1));
@@ -139,16 +175,29 @@ void WriteInPlace(FuzzedDataProvider& in, Subject& subject) {
   expected.bytes[at] = value;
 }
 
-void Find(FuzzedDataProvider& in, Subject& subject) {
+void Find(FuzzedDataProvider& in, Subject& subject, Subject&) {
   const RegisteredTag& tag = fuzzsupport::AnyRegisteredTag(in);
   CheckEntry(subject, tag.tag);
   CheckByName(subject, tag);
   CheckEntry(subject, in.ConsumeIntegral<uint32_t>());
 }
 
-// Any text: found only when it is a registered name, and then as that tag.
-void FindByAnyName(FuzzedDataProvider& in, Subject& subject) {
-  const std::string name = in.ConsumeRandomLengthString(48);
+// Any text, or a registered name as it is or with one character changed,
+// dropped or added: the name lookup hashes only part of a name, so a name
+// is found only when it is a registered one, and then as that tag.
+std::string AnyName(FuzzedDataProvider& in) {
+  if (in.ConsumeBool()) return in.ConsumeRandomLengthString(48);
+  std::string name = fuzzsupport::AnyRegisteredTag(in).name;
+  const size_t at = in.ConsumeIntegralInRange<size_t>(0, name.size() - 1);
+  const int edit = in.ConsumeIntegralInRange<int>(0, 3);
+  if (edit == 0) name[at] = in.ConsumeIntegral<char>();
+  if (edit == 1) name.erase(at, 1);
+  if (edit == 2) name.insert(in.ConsumeBool() ? name.size() : at, 1, in.ConsumeIntegral<char>());
+  return name;
+}
+
+void FindByAnyName(FuzzedDataProvider& in, Subject& subject, Subject&) {
+  const std::string name = AnyName(in);
   const RegisteredTag* known = RegisteredByName(name.c_str());
   unsigned int number = 0xDEADu;
   const int result = NvMetadata::getTagFromName(name.c_str(), &number);
@@ -158,7 +207,7 @@ void FindByAnyName(FuzzedDataProvider& in, Subject& subject) {
   if (known == nullptr) Require(subject.meta.find(name.c_str()).count == 0);
 }
 
-void CheckRegistry(FuzzedDataProvider& in) {
+void CheckRegistry(FuzzedDataProvider& in, Subject&, Subject&) {
   const uint32_t tag = AnyTag(in);
   const RegisteredTag* known = Registered(tag);
   Require(NvMetadata::getTagType(tag) == (known != nullptr ? known->type : -1));
@@ -178,7 +227,7 @@ void Copy(FuzzedDataProvider& in, Subject& from, Subject& to) {
   to.Forget();
 }
 
-// A moved-from container is cleared before it is used again.
+// A moved-from container is left empty, and usable.
 void Move(FuzzedDataProvider& in, Subject& from, Subject& to) {
   if (in.ConsumeBool()) {
     NvMetadata moved(std::move(from.meta));
@@ -186,16 +235,24 @@ void Move(FuzzedDataProvider& in, Subject& from, Subject& to) {
   } else {
     to.meta = std::move(from.meta);
   }
-  from.meta.clear();
   to.model = std::move(from.model);
   from.Reset();
   to.Forget();
 }
 
-void Clear(Subject& subject) {
+void CopyOrMove(FuzzedDataProvider& in, Subject& subject, Subject& other) {
+  in.ConsumeBool() ? Copy(in, subject, other) : Move(in, subject, other);
+}
+
+void Clear(FuzzedDataProvider&, Subject& subject, Subject&) {
   subject.meta.clear();
   subject.Reset();
 }
+
+using Step = void (*)(FuzzedDataProvider& in, Subject& subject, Subject& other);
+// Writes are the most frequent step.
+constexpr Step kSteps[] = {Update,        Update,        Update,     Erase, WriteInPlace,   Find,
+                           FindByAnyName, CheckRegistry, CopyOrMove, Clear, AddAHundredTags};
 
 }  // namespace
 
@@ -206,36 +263,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const bool second = in.ConsumeBool();
     Subject& subject = subjects[second ? 1 : 0];
     Subject& other = subjects[second ? 0 : 1];
-    switch (in.ConsumeIntegralInRange<int>(0, 9)) {
-      case 0:
-      case 1:
-      case 2:
-        Update(in, subject);
-        break;
-      case 3:
-        Erase(in, subject);
-        break;
-      case 4:
-        WriteInPlace(in, subject);
-        break;
-      case 5:
-        Find(in, subject);
-        break;
-      case 6:
-        FindByAnyName(in, subject);
-        break;
-      case 7:
-        CheckRegistry(in);
-        break;
-      case 8:
-        in.ConsumeBool() ? Copy(in, subject, other) : Move(in, subject, other);
-        break;
-      default:
-        Clear(subject);
-        break;
-    }
-    CheckAll(subject);
-    CheckAll(other);
+    in.PickValueInArray(kSteps)(in, subject, other);
+    CheckSoon(subject, step);
+    CheckSoon(other, step);
   }
+  CheckAll(subjects[0]);
+  CheckAll(subjects[1]);
   return 0;
 }

@@ -1,12 +1,15 @@
 // Every helper operation on metadata built from the input.
 //
 // The input fills a request and one camera's static metadata with tags drawn
-// from the registry (any count, arbitrary values, now and then a write of the
-// wrong element type, which the container must refuse), may take indices away
-// from the tag wrapper, and picks the operations' extra arguments. Then every
-// operation of the catalogue runs with real outputs, with null outputs, and
-// without a request. A crash, a sanitizer report, a refused-type write that
-// was accepted, or a getter that adds or removes entries is a finding.
+// from the registry, mostly those the operation tables read, with any count
+// (the boundaries of what the rows rely on come up often), arbitrary values
+// and now and then a write of the wrong element type, which the container
+// must refuse. It may take indices away from the tag wrapper, and picks the
+// operations' extra arguments. Then every operation of the catalogue runs
+// with real outputs, with null outputs, and without a request. A crash, a
+// sanitizer report (a read past the end of an entry among them), a
+// refused-type write that was accepted, or a getter that adds or removes
+// entries is a finding.
 #include <MetaTagWrapper.h>
 #include <fuzzer/FuzzedDataProvider.h>
 
@@ -14,129 +17,98 @@
 #include <cstddef>
 #include <cstring>
 #include <iterator>
+#include <map>
 #include <memory>
 #include <vector>
 
 #include "FuzzSupport.h"
 #include "MetaHelperManagerImpl.h"
 #include "OperationCatalog.h"
+#include "common/BaseRows.h"
+#include "mtk/MtkRows.h"
 
 extern "C" void* GetInstance();
 
 namespace {
 
 using fuzzsupport::kElementSize;
-using fuzzsupport::RegisteredTag;
 using fuzzsupport::Require;
 using metahelper::MetaPtr;
+using metahelper::ops::Access;
+using metahelper::ops::Row;
 
-// ---- What producers guarantee ---------------------------------------------
-// The operations reading these tags copy a fixed number of elements (a
-// record, a table, a run of entries) without looking at the count, as the
-// producers always send at least that much. Tags are written at least this
-// long; everything else may come with any count, zero included.
-struct FixedLength {
-  const char* name;
-  size_t bytes;
-};
+// ---- What the operation tables read ------------------------------------------
+uint32_t TagNumberOf(const metahelper::ops::TagRef& ref) {
+  if (ref.index != META_NO_INDEX) return MetaTagWrapper::getInstance()(ref.index);
+  if (ref.number != 0) return ref.number;
+  unsigned int number = MetaTagWrapper::kUndeclared;
+  return NvMetadata::getTagFromName(ref.name, &number) == 0 ? number : MetaTagWrapper::kUndeclared;
+}
 
-constexpr size_t kSensorPolicyCropEntries = 4 * 9;
-constexpr size_t kSensorPolicyFrameResultWords = 96 + 4 * 80;
-constexpr size_t kHistogramBins = 1024;
-constexpr size_t kGtmWords = 289;
-constexpr size_t kAfRoiWords = 11;  // type, count, then two regions of five
+// Every tag any row of either table reads or writes, with the most elements
+// a row relies on (0: the rows look at the count themselves); an entry
+// shorter than that must give no data, never a read past its end. Resolved
+// once, before any input undeclares an index.
+const std::map<uint32_t, uint32_t>& ReliedCounts() {
+  static const std::map<uint32_t, uint32_t> relied = [] {
+    std::map<uint32_t, uint32_t> most;
+    const auto note = [&most](const Row& row) {
+      for (const Access& access : row.access) {
+        if (!metahelper::ops::HasTag(access.tag)) continue;
+        const uint32_t tag = TagNumberOf(access.tag);
+        // A row names a tag the platform has, with the element type it registers.
+        Require(NvMetadata::getTagType(tag) == access.elements.type);
+        Require(access.elements.count != metahelper::ops::kRecord);  // a record count left unresolved
+        most[tag] = std::max(most[tag], access.elements.count);
+      }
+    };
+    for (const Row& row : metahelper::ops::kBaseRows) note(row);
+    for (const Row& row : metahelper::ops::kMtkRows) note(row);
+    return most;
+  }();
+  return relied;
+}
 
-// clang-format off
-constexpr FixedLength kFixedLengths[] = {
-    {"com.nuvaro.smartae.procOutput",                         sizeof(NV_SMARTAE_SUPER::SmartAEProcOutput)},
-    {"nuvaro.ai.asd.algoSceneDetectedAIResult",               sizeof(nvholder::AIspSceneResult)},
-    {"nuvaro.ai.asd.SunsetScene",                             sizeof(nvholder::Sunset_Scene_t)},
-    {"com.nuvaro.statsawb.AWBFrameControl",                   sizeof(nvholder::NUAWBFrameControl)},
-    {"com.nuvaro.statsaec.AECFrameControl",                   sizeof(nvholder::NUAECFrameControl)},
-    {"com.nuvaro.aisp.NV_EXT_CTRL_AISP_SELECTANCHOR_OUTPUT",  sizeof(nvholder::AIspSelectAnchorOutput)},
-    {"com.nuvaro.camera.asd.smartScene",                      sizeof(nvholder::SmartScene)},
-    {"nuvaro.sat.afSceneResult.afDistanceInfo",               sizeof(nvholder::STAFDistanceInfo)},
-    {"android.lens.info.shadingMapSize",                      sizeof(nvholder::NULSCMapSize)},
-    {"android.sensor.info.activeArraySize",                   sizeof(nvholder::ChiRect)},
-    {"android.sensor.info.activeArraySizeMaximumResolution",  sizeof(nvholder::ChiRect)},
-    {"nuvaro.snapshot.cropRegion",                            sizeof(nvholder::ChiRect)},
-    {"android.scaler.cropRegion",                             sizeof(nvholder::ChiRect)},
-    {"android.control.afRegions",                             4 * sizeof(int32_t)},
-    {"android.sensor.dynamicBlackLevel",                      4 * sizeof(float)},
-    {"android.colorCorrection.transform",                     9 * sizeof(camera_metadata_rational)},
-    {"android.colorCorrection.gains",                         4 * sizeof(float)},
-    {"android.jpeg.gpsCoordinates",                           3 * sizeof(double)},
-    {"com.nuvaro.lens.info.ViewAngle",                        2 * sizeof(double)},
-    {"com.nuvaro.sensor.rotationMatrix",                      9 * sizeof(float)},
-    {"com.nuvaro.statsaec.faceBright",                        10 * sizeof(float)},
-    {"com.nuvaro.panshotTruck.Rslt4Snapshot",                 offsetof(nvholder::panshotData, status) + sizeof(int32_t)},
-    {"com.nuvaro.camera.bokehConfig.request",                 sizeof(__bokehRequestInfoList)},
-    {"com.nuvaro.camera.bokehConfig.stream",                  sizeof(__bokehConfigStreamInfoList)},
-    {"com.nuvaro.camera.bokehCaps.info",                      sizeof(__bokehCapabilityInfoList)},
-    {"nuvaro.histogram.stats",                                kHistogramBins * sizeof(uint32_t)},
-    {"com.mediatek.supernight.gammaInfo",                     sizeof(nvholder::GammaInfo::gamma)},
-    {"nuvaro.hdr.gtm.curve",                                  kGtmWords * sizeof(int32_t)},
-    {"nuvaro.nvvi.ellc.gyro",                                 sizeof(nvholder::ChiFrameGyro)},
-    {"com.nuvaro.camera.sensorpolicy.cropregions",            kSensorPolicyCropEntries * sizeof(uint32_t)},
-    {"com.nuvaro.camera.sensorpolicy.frameresult",            kSensorPolicyFrameResultWords * sizeof(int32_t)},
-    {"com.mediatek.3afeature.afRoi",                          kAfRoiWords * sizeof(int32_t)},
-    {"nuvaro.streaming.sensormode",                           2 * sizeof(int32_t)},
-};
-// clang-format on
+// ---- Building the metadata --------------------------------------------------
+constexpr size_t kMaxEntries = 48;
+// Random counts of tags whose length no row relies on stay about this small.
+constexpr size_t kSmallCount = 40;
+
+// Three times in four a tag the rows read, else any registered one.
+uint32_t PickTag(FuzzedDataProvider& in) {
+  const std::map<uint32_t, uint32_t>& read = ReliedCounts();
+  if (in.ConsumeIntegralInRange<int>(0, 3) == 0) return fuzzsupport::AnyRegisteredTag(in).tag;
+  return std::next(read.begin(), in.ConsumeIntegralInRange<long>(0, read.size() - 1))->first;
+}
+
+// Any count, zero included; the boundaries around the rows' count come up
+// often: 0, 1, count - 1, count, count + 1, or up to about twice the count.
+size_t PickCount(FuzzedDataProvider& in, uint32_t tag) {
+  const auto found = ReliedCounts().find(tag);
+  const size_t relied = found != ReliedCounts().end() ? found->second : 0;
+  const int pick = in.ConsumeIntegralInRange<int>(0, 5);
+  if (pick < 2) return static_cast<size_t>(pick);
+  if (relied > 0 && pick < 5) return relied + pick - 3;
+  return in.ConsumeIntegralInRange<size_t>(0, std::max(2 * relied, kSmallCount));
+}
+
+void WriteOneTag(FuzzedDataProvider& in, NvMetadata& meta) {
+  const uint32_t tag = PickTag(in);
+  const int registered = NvMetadata::getTagType(tag);
+  const bool wrongType = in.ConsumeIntegralInRange<int>(0, 15) == 0;
+  const int type =
+      wrongType ? (registered + in.ConsumeIntegralInRange<int>(1, NUM_TYPES - 1)) % NUM_TYPES : registered;
+  const size_t count = PickCount(in, tag);
+  const std::vector<uint64_t> words = fuzzsupport::ConsumeElements(in, count * kElementSize[type]);
+  const int result = fuzzsupport::UpdateAs(meta, tag, type, words.data(), count);
+  Require(!wrongType || result != 0);  // the container refuses another element type
+}
 
 const META_TAG_INDEX kIndices[] = {
 #define META_TAG_INDEX_ENTRY(enumerator, value, name) enumerator,
 #include "MetaTagIndex.def"
 #undef META_TAG_INDEX_ENTRY
 };
-
-struct ResolvedLength {
-  uint32_t tag;
-  size_t bytes;
-};
-
-std::vector<ResolvedLength> ResolveFixedLengths() {
-  std::vector<ResolvedLength> resolved;
-  for (const FixedLength& fixed : kFixedLengths) {
-    unsigned int number = 0;
-    Require(NvMetadata::getTagFromName(fixed.name, &number) == 0);  // else the table names a lost tag
-    resolved.push_back({number, fixed.bytes});
-  }
-  return resolved;
-}
-
-// Shortest byte length the registered tag is written with.
-size_t MinimumBytes(uint32_t tag, const opcatalog::CallContext& context) {
-  static const std::vector<ResolvedLength> lengths = ResolveFixedLengths();
-  if (tag == ANDROID_STATISTICS_LENS_SHADING_MAP) {  // sized by the caller's map
-    const nvholder::NULSCMapSize map = context.lscMapSize;
-    return map.width < 0 || map.height < 0 ? 0
-                                           : static_cast<size_t>(map.width) * map.height * 4 * sizeof(float);
-  }
-  size_t bytes = 0;
-  for (const ResolvedLength& fixed : lengths)
-    if (fixed.tag == tag) bytes = std::max(bytes, fixed.bytes);
-  return bytes;
-}
-
-// ---- Building the metadata --------------------------------------------------
-constexpr size_t kMaxEntries = 48;
-constexpr size_t kMaxFreeCount = 40;
-
-void WriteOneTag(FuzzedDataProvider& in, NvMetadata& meta, const opcatalog::CallContext& context) {
-  const RegisteredTag& tag = fuzzsupport::AnyRegisteredTag(in);
-  const bool wrongType = in.ConsumeIntegralInRange<int>(0, 15) == 0;
-  const uint8_t type =
-      wrongType
-          ? static_cast<uint8_t>((tag.type + in.ConsumeIntegralInRange<int>(1, NUM_TYPES - 1)) % NUM_TYPES)
-          : tag.type;
-  const size_t size = kElementSize[type];
-  size_t count = in.ConsumeIntegralInRange<size_t>(0, kMaxFreeCount);
-  if (!wrongType) count = std::max(count, (MinimumBytes(tag.tag, context) + size - 1) / size);
-  const std::vector<uint64_t> words = fuzzsupport::ConsumeElements(in, count * size);
-  const int result = fuzzsupport::UpdateAs(meta, tag.tag, type, words.data(), count);
-  Require(!wrongType || result != 0);  // the container refuses another element type
-}
 
 void UndeclareSomeIndices(FuzzedDataProvider& in) {
   const int undeclared = in.ConsumeIntegralInRange<int>(0, 3);
@@ -186,31 +158,20 @@ class ChecksumSink : public opcatalog::ValueSink {
   volatile unsigned long long sum_ = 0;
 };
 
-// Reads never add or drop entries of the metadata they read.
-void RunReads(metahelper::metadataHelperBase& helper, const opcatalog::CallContext& context) {
-  size_t count = 0;
-  const opcatalog::Operation* operations = opcatalog::Operations(&count);
-  for (size_t i = 0; i < count; ++i) {
-    if (operations[i].kind == opcatalog::Kind::Setter) continue;
-    const size_t entriesBefore = context.request ? context.request->entryCount() : 0;
-    operations[i].call(helper, context);
-    Require(!context.request || context.request->entryCount() == entriesBefore);
-  }
-}
-
-// Setters write values of the caller's choosing, not what a producer of the
-// tag guarantees, so they write into a copy the reads never see.
-void RunWrites(metahelper::metadataHelperBase& helper, opcatalog::CallContext context) {
-  if (context.request) context.request = std::make_shared<NvMetadata>(*context.request);
-  size_t count = 0;
-  const opcatalog::Operation* operations = opcatalog::Operations(&count);
-  for (size_t i = 0; i < count; ++i)
-    if (operations[i].kind == opcatalog::Kind::Setter) operations[i].call(helper, context);
-}
-
+// The reads first, then the setters, into the request the next pass reads:
+// an entry of any length is what every read must cope with anyway. Reads
+// never add or drop entries of the metadata they read.
 void RunEveryOperation(metahelper::metadataHelperBase& helper, const opcatalog::CallContext& context) {
-  RunReads(helper, context);
-  RunWrites(helper, context);
+  size_t count = 0;
+  const opcatalog::Operation* operations = opcatalog::Operations(&count);
+  for (const bool setters : {false, true}) {
+    for (size_t i = 0; i < count; ++i) {
+      if ((operations[i].kind == opcatalog::Kind::Setter) != setters) continue;
+      const size_t entriesBefore = context.request ? context.request->entryCount() : 0;
+      operations[i].call(helper, context);
+      Require(setters || !context.request || context.request->entryCount() == entriesBefore);
+    }
+  }
 }
 
 metahelper::metadataHelperBase& PickHelper(bool generic) {
@@ -222,14 +183,16 @@ metahelper::metadataHelperBase& PickHelper(bool generic) {
 
 }  // namespace
 
+// The rows' tags are resolved before any input undeclares an index.
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+  ReliedCounts();
+  return 0;
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   FuzzedDataProvider in(data, size);
-  const bool formatLogs = in.ConsumeBool();
+  fuzzsupport::FormatLogsSilently(in.ConsumeBool());
   const bool generic = in.ConsumeBool();
-  if (formatLogs)
-    fuzzsupport::FormatLogsSilently();
-  else
-    fuzzsupport::SilenceLogs();
   opcatalog::CallContext context = ContextFrom(in);
 
   const MetaPtr request = std::make_shared<NvMetadata>();
@@ -240,7 +203,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   }
   UndeclareSomeIndices(in);
   for (size_t i = 0; i < kMaxEntries && in.remaining_bytes() > 0; ++i)
-    WriteOneTag(in, in.ConsumeBool() ? *request : *staticMeta, context);
+    WriteOneTag(in, in.ConsumeBool() ? *request : *staticMeta);
   StaticMetadataWraper::getInstance()->setStaticMetadata(static_cast<unsigned>(context.cameraId), staticMeta);
 
   ChecksumSink sink;

@@ -91,8 +91,8 @@ TEST_F(MetaText, EachPrintedConstructLoads) {
       {"TRUE of efv.autoZoom is 0", "  android.efv.autoZoom (220002): byte[1]\n    [TRUE ]\n",
        ANDROID_EFV_AUTO_ZOOM, V{0}},
       {"names and out-of-range numbers",
-       "  android.request.availableCapabilities (c000c): byte[4]\n    [BACKWARD_COMPATIBLE MANUAL_SENSOR RAW "
-       "200 ]\n",
+       "  android.request.availableCapabilities (c000c): byte[4]\n"
+       "    [BACKWARD_COMPATIBLE MANUAL_SENSOR RAW 200 ]\n",
        ANDROID_REQUEST_AVAILABLE_CAPABILITIES, V{0, 1, 3, 200}},
       {"stream configurations, every value named",
        "  android.scaler.availableStreamConfigurations (d000a): int32[8]\n    [33 640 480 OUTPUT ]\n"
@@ -114,9 +114,8 @@ TEST_F(MetaText, EachPrintedConstructLoads) {
        ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS, V{49, 48, 0, 49, 49, 0}},
       {"physicalIds that split unevenly",
        "  android.logicalMultiCamera.physicalIds (1a0000): byte[5]\n    [1 0 2 ]\n", 0, V{},
-       S{"dump.txt:3: android.logicalMultiCamera.physicalIds: 3 characters printed for 2 ids; where each id "
-         "ends "
-         "cannot be known, so it is skipped"}},
+       S{"dump.txt:3: android.logicalMultiCamera.physicalIds: 3 characters printed for 2 ids; "
+         "where each id ends cannot be known, so it is skipped"}},
       {"unnamed tag", "  android.control.unknownTag (1003f): int32[1]\n    [5 ]\n", 0, V{},
        S{"dump.txt:3: android.control.unknownTag (1003f): the dump does not name this tag; skipped"}},
       {"unnamed vendor tag, no vendor tag section",
@@ -126,9 +125,8 @@ TEST_F(MetaText, EachPrintedConstructLoads) {
        S{"dump.txt:3: android.control.aeMode (10003): the printer did not know its type; skipped"}},
       {"8 hex digits", "  android.lens.facing (00080005): byte[1]\n    [BACK ]\n", ANDROID_LENS_FACING, V{1}},
       {"reals",
-       "  android.lens.focusDistance (80003): float[2]\n    "
-       "[340282346638528859811704183484516925440.00000000 "
-       "-0.50000000 ]\n",
+       "  android.lens.focusDistance (80003): float[2]\n"
+       "    [340282346638528859811704183484516925440.00000000 -0.50000000 ]\n",
        ANDROID_LENS_FOCUS_DISTANCE, V{FLT_MAX, -0.5}},
       {"other types", "  android.jpeg.gpsCoordinates (70000): double[1]\n    [7.85e1 ]  # a comment\n",
        ANDROID_JPEG_GPS_COORDINATES, V{78.5}},
@@ -154,14 +152,15 @@ TEST_F(MetaText, EachPrintedConstructLoads) {
       {"vendor tag by name, number of a registry tag",
        "  com.acme.fancy.mode (a0000018): int32[1]\n    [7 ]\n", spare, V{7},
        S{"dump.txt:3: com.acme.fancy.mode: its number a0000018 is com.nuvaro.lens.info.ViewAngle here; "
-         "loaded as "
-         "fffffffe"}},
+         "loaded as fffffffe"}},
       {"registry vendor tag under another number",
        "  com.nuvaro.lens.info.ViewAngle (80010000): double[1]\n    [1 ]\n", 0xa0000018, V{1}},
       {"vendor tag of another type", "  com.nuvaro.lens.info.ViewAngle (80010000): float[1]\n    [1 ]\n", 0,
        V{},
        S{"dump.txt:3: com.nuvaro.lens.info.ViewAngle is double in the registry, but the dump says float; "
          "left out"}},
+      {"a vendor tag named like the header's second line", "  Version:x (80010000): int32[1]\n    [5 ]\n",
+       0x80010000, V{5}},
       {"Android tag under another number", "  android.lens.facing (80006): byte[1]\n    [1 ]\n",
        ANDROID_LENS_FACING, V{1},
        S{"dump.txt:3: android.lens.facing is tag 80005 in the registry, not 80006; loaded by name"}},
@@ -183,8 +182,9 @@ TEST_F(MetaText, EachPrintedConstructLoads) {
   }
 }
 
-// Printed by the platform's rules, and read back, in every style.
-TEST_F(MetaText, PrintsAsThePlatformAndReadsBack) {
+// Printed by the platform's rules. That every style reads back to the same
+// entries is fuzz/MetaTextFuzzer's check.
+TEST_F(MetaText, PrintsAsThePlatform) {
   ASSERT_EQ(0, table_.add("com.acme.feature.level", 0x80010000u, TYPE_INT64));
   NvMetadata meta;
   const uint8_t mode = 2, ids[] = {'3', 0, '1', '2', 0};
@@ -231,20 +231,6 @@ TEST_F(MetaText, PrintsAsThePlatformAndReadsBack) {
       "      [-9223372036854775808 ]\n",
       Printed(meta, {2, 2, true, false, false}));
 
-  for (int styleBits = 0; styleBits < 16; ++styleBits) {
-    const metatext::PrintStyle style{styleBits & 1 ? 6 : 0, styleBits & 8 ? 1 : 2, (styleBits & 2) != 0,
-                                     (styleBits & 4) != 0, false};
-    SCOPED_TRACE(styleBits);
-    const std::string printed = Printed(meta, style);
-    const Capture capture = Read(printed);
-    ASSERT_EQ(1u, capture.buffers.size());
-    ASSERT_TRUE(capture.buffers[0].meta) << capture.buffers[0].problem.Message();
-    EXPECT_EQ(printed, Printed(*capture.buffers[0].meta, style));
-    EXPECT_EQ(
-        style.verbosity == 1 ? std::vector<uint32_t>{ANDROID_TONEMAP_CURVE_RED} : std::vector<uint32_t>{},
-        capture.buffers[0].cut);
-    EXPECT_EQ(V{-1}, Values(*capture.buffers[0].meta, ANDROID_SYNC_MAX_LATENCY));
-  }
   EXPECT_NE(std::string::npos, Printed(meta, {0, 2, true, true, false}).find("[34 OUTPUT INPUT OUTPUT ]"));
   EXPECT_NE(std::string::npos, Printed(meta, {0, 2, true, false, true}).find("[3 1 2 ]"));
   EXPECT_EQ(std::string::npos, Printed(meta, {0, 0, true, false, false}).find("    ["));
@@ -283,12 +269,11 @@ TEST_F(MetaText, FramesTheServicesSectionsAndLabelsTheirBuffers) {
        "  CameraDeviceClient[10] (0x7b2c) dump:\n    Current client UID 10123\n    State:\n"
        "      Request ID counter: 4\n    Latest received frame:\n" +
            Dumped(6) + "   Latest received frame for physical camera 3:\n" + Dumped(6) +
-           "  Device dump:\n    Device status: ACTIVE\n    Last request sent:\n      Output Stream Ids:\n    "
-           "     0\n"
-           "       Input Stream Id: -1\n    Logical request settings:\n" +
+           "  Device dump:\n    Device status: ACTIVE\n    Last request sent:\n      Output Stream Ids:\n"
+           "         0\n       Input Stream Id: -1\n    Logical request settings:\n" +
            Dumped(6) + "    Physical request settings for camera id 3:\n" + Dumped(8) +
-           "     Tag monitoring enabled for tags:\n        android.control.aeState\n     Monitored tag event "
-           "log:\n"
+           "     Tag monitoring enabled for tags:\n        android.control.aeState\n"
+           "     Monitored tag event log:\n"
            "        f7:123ns: RES:android.control.aeState (10021): byte[1] [CONVERGED ]\n"
            "    HAL Request TEMPLATE_PREVIEW:\n" +
            Dumped(8) + "     HAL device dump:\n",
@@ -338,6 +323,10 @@ TEST_F(MetaText, FramesTheServicesSectionsAndLabelsTheirBuffers) {
            "== Vendor tags: ==\n  Dumping configured vendor tag descriptors: 1 entries\n"
            "    0x80010003 (mode) with type 1 (int32) defined in section com.acme.feature\n",
        S{"1  buffer: 1"}},
+      {"vendor tags section naming a tag as the printer names none: it stays unnamed",
+       kHeader + std::string("  unknownSection.unknownTag (80010003): int32[2]\n    [4 5 ]\n") +
+           "== Vendor tags: ==\n    0x80010003 (unknownTag) with type 1 (int32) defined in section x\n",
+       S{"1  buffer: 0"}},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.what);
@@ -487,9 +476,8 @@ TEST(MetaTextBadInput, NamesFileLineAndProblemAndLoadsNothing) {
       {kHeader + std::string("  ") + facing + "    [1 ]\n" + kHeader,
        "dump.txt:5: a second metadata buffer; the file must hold one (2 found)"},
       {"Dumping camera metadata array: Not allocated\n",
-       "dump.txt:1: not an entry 'NAME (TAG): TYPE[COUNT]', values '[...]', header or comment: 'Dumping "
-       "camera "
-       "metadata array: Not allocated'"},
+       "dump.txt:1: not an entry 'NAME (TAG): TYPE[COUNT]', values '[...]', header or comment: "
+       "'Dumping camera metadata array: Not allocated'"},
       {"# nothing\n", "dump.txt: no metadata buffer in the file"},
   };
   for (const auto& [text, message] : rows) {

@@ -69,12 +69,6 @@ int TypeCode(std::string_view name) {
   return name == "unknown" ? kUnknownType : -1;
 }
 
-// The printer names a tag it cannot resolve unknownSection.unknownTag (or
-// one half of it when only the section is known).
-bool IsUnnamed(std::string_view name) {
-  return StartsWith(name, "unknownSection.") || EndsWith(name, ".unknownTag");
-}
-
 Verdict ParseInteger(std::string_view word, int64_t low, int64_t high, int64_t* value) {
   if (word.size() > 1 && word[0] == '+' && word[1] != '-') word.remove_prefix(1);
   int64_t parsed = 0;
@@ -178,11 +172,13 @@ void BufferReader::Line(std::string_view line, unsigned number) {
   if (failed_) return;
   line_ = number;
   const std::string_view text = Trim(WithoutComment(line));
-  if (text.empty() || StartsWith(text, "Version:")) return;
+  if (text.empty()) return;
   if (text == "...") return CutMarker();
   if (text[0] == '[') return Values(text);
   EntryLine entry;
   if (!ParseEntryLine(text, &entry)) {
+    // The header's second line; a vendor tag's name may start so too.
+    if (StartsWith(text, "Version:")) return;
     return Fail("not an entry 'NAME (TAG): TYPE[COUNT]', values '[...]', header or comment: '" +
                 Excerpt(text) + "'");
   }

@@ -288,7 +288,9 @@ void Framer::VendorTag(std::string_view text) {
   std::from_chars(text.data() + type + 12, text.data() + section, code);
   const std::string full = std::string(Trim(text.substr(section + 20))) + "." +
                            std::string(text.substr(name + 2, type - name - 2));
-  if (!IsTagName(full)) return;
+  // A name the printer's placeholder for an unnamed tag would take could
+  // not be read back as this tag.
+  if (!IsTagName(full) || IsUnnamed(full)) return;
   const auto [at, added] = vendorTagNames_.emplace(number, VendorTagName{full, code, false});
   if (!added && (at->second.name != full || at->second.type != code)) at->second.ambiguous = true;
 }

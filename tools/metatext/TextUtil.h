@@ -38,6 +38,12 @@ inline bool EndsWith(std::string_view text, std::string_view suffix) {
          text.compare(text.size() - suffix.size(), suffix.size(), suffix) == 0;
 }
 
+// The printer names a tag it cannot resolve unknownSection.unknownTag (or
+// one half of it when only the section is known).
+inline bool IsUnnamed(std::string_view name) {
+  return StartsWith(name, "unknownSection.") || EndsWith(name, ".unknownTag");
+}
+
 // Leading blanks: the printer's indentation.
 inline size_t Indentation(std::string_view line) {
   size_t n = 0;

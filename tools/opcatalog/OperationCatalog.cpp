@@ -28,24 +28,25 @@ using Helper = metahelper::metadataHelperBase;
 using Call = int (*)(Helper&, const CallContext&);
 
 // ---- What the rows say ------------------------------------------------------
-// The MediaTek row of a slot, or null where the helper keeps the generic one.
-constexpr const Row* MtkRowOf(int slot) {
+// The MediaTek row's field of a slot, or `none` where the helper keeps the
+// generic one. (No pointers: the sanitizers' checks of them are no
+// constant expressions.)
+template <typename Field>
+constexpr Field MtkField(int slot, Field Row::*field, Field none) {
   for (const Row& row : metahelper::ops::kMtkRows) {
-    if (row.slot == slot) return &row;
+    if (row.slot == slot) return row.*field;
   }
-  return nullptr;
+  return none;
 }
 
 // Storage for the most values either helper writes.
 constexpr uint32_t OutputsOf(int slot) {
-  const Row* mtk = MtkRowOf(slot);
-  return std::max(metahelper::ops::BaseRow(slot).outputs, mtk != nullptr ? mtk->outputs : 0u);
+  return std::max(metahelper::ops::BaseRow(slot).outputs, MtkField(slot, &Row::outputs, 0u));
 }
 
 // What either helper dereferences without testing it.
 constexpr uint8_t NeedsOf(int slot) {
-  const Row* mtk = MtkRowOf(slot);
-  return metahelper::ops::BaseRow(slot).needs | (mtk != nullptr ? mtk->needs : 0);
+  return metahelper::ops::BaseRow(slot).needs | MtkField<uint8_t>(slot, &Row::needs, 0);
 }
 
 constexpr bool StartsWith(const char* text, const char* prefix) {
@@ -340,25 +341,23 @@ struct IsContainer<std::vector<T>> : std::true_type {};
 template <>
 struct IsContainer<std::string> : std::true_type {};
 
-template <auto A, auto B>
-constexpr bool Same() {
-  if constexpr (std::is_same_v<decltype(A), decltype(B)>) {
-    return A == B;
-  } else {
-    return false;
-  }
+// Which operation a slot holds, by its row's name: pointers to virtual
+// members have no value a constant expression may compare (clang refuses).
+template <int Slot>
+constexpr bool Holds(const char* name) {
+  return metahelper::ops::SameText(metahelper::ops::BaseRow(Slot).name, name);
 }
 
 // Getters by their shape; a few have calls of their own.
 template <auto Method, int Slot>
 constexpr Call GetterCall() {
-  if constexpr (Same<Method, &Helper::GetLSC>()) {
+  if constexpr (Holds<Slot>("GetLSC")) {
     return ReadLensShading;
-  } else if constexpr (Same<Method, &Helper::GetShiftDataFromHolder>()) {
+  } else if constexpr (Holds<Slot>("GetShiftDataFromHolder")) {
     return ReadShiftData;
-  } else if constexpr (Same<Method, &Helper::GetFaceRect>()) {
+  } else if constexpr (Holds<Slot>("GetFaceRect")) {
     return ReadFaceRect;
-  } else if constexpr (Same<Method, &Helper::GetFocusROI>()) {
+  } else if constexpr (Holds<Slot>("GetFocusROI")) {
     return ReadFocusRoi;
   } else {
     return Read<Method, OutputsOf(Slot), metahelper::ops::BaseRow(Slot).nonZeroSuccess>;
