@@ -36,15 +36,23 @@ constexpr size_t kRoom = 4096;                     // output storage of hand-wri
 constexpr uint32_t kSmallCounts = 40;              // every count up to this, for hand-written operations
 
 // ---- Calling a row's operation ----------------------------------------------
+// An array write is given kWriteCount values from the buffer, a by-value
+// write its one value.
+enum class Form : uint8_t { kAny, kArray, kByValue };
+
 // Through its member pointer, as the table names it. The request is the first
 // container, the buffer (output, or a write's input) the first pointer;
 // further containers are fresh, further pointers scratch storage, other
 // arguments plausible values.
-template <typename T>
+template <typename T, Form kForm>
 T Argument(size_t position, size_t firstPointer, const MetaPtr& request, void* buffer) {
   alignas(16) static unsigned char scratch[kRoom];
   if constexpr (std::is_same_v<T, MetaPtr>) {
     return position == 0 ? request : NewMeta();
+  } else if constexpr (kForm == Form::kByValue) {
+    T value;
+    std::memcpy(&value, buffer, sizeof value);
+    return value;
   } else if constexpr (std::is_pointer_v<T>) {
     using Pointee = std::remove_pointer_t<T>;
     if constexpr (!std::is_void_v<Pointee> && !std::is_trivially_copyable_v<Pointee>) {
@@ -54,7 +62,7 @@ T Argument(size_t position, size_t firstPointer, const MetaPtr& request, void* b
       return static_cast<T>(position == firstPointer ? buffer : buffer != nullptr ? scratch : nullptr);
     }
   } else if constexpr (std::is_same_v<T, int>) {
-    return kCamera;
+    return kForm == Form::kArray ? kWriteCount : kCamera;
   } else if constexpr (std::is_same_v<T, nvholder::dimension>) {
     return {4000, 3000};
   } else if constexpr (std::is_same_v<T, nvholder::NULSCMapSize>) {
@@ -72,30 +80,17 @@ constexpr size_t FirstPointer() {
   return i;
 }
 
-template <typename C, typename R, typename... P, size_t... I>
-int CallWith(R (C::*method)(P...), C& object, const MetaPtr& request, void* buffer,
-             std::index_sequence<I...>) {
-  std::tuple<std::decay_t<P>...> args{Argument<std::decay_t<P>>(I, FirstPointer<P...>(), request, buffer)...};
-  return static_cast<int>((object.*method)(std::get<I>(args)...));
+template <typename C, typename R, typename... P>
+constexpr size_t Arity(R (C::*)(P...)) {
+  return sizeof...(P);
 }
 
-// An array write is given kWriteCount values from the buffer, a by-value
-// write its one value.
-enum class Form : uint8_t { kAny, kArray, kByValue };
-
-template <Form kForm, typename C, typename R, typename... P>
-int CallAs(R (C::*method)(P...), metadataHelperBase& helper, MetaPtr request, void* buffer) {
-  C& object = static_cast<C&>(helper);
-  if constexpr (kForm == Form::kArray) {
-    using Values = std::tuple_element_t<1, std::tuple<P...>>;
-    return (object.*method)(std::move(request), static_cast<Values>(buffer), kWriteCount);
-  } else if constexpr (kForm == Form::kByValue) {
-    std::tuple_element_t<1, std::tuple<P...>> value;
-    std::memcpy(&value, buffer, sizeof value);
-    return (object.*method)(std::move(request), value);
-  } else {
-    return CallWith(method, object, request, buffer, std::index_sequence_for<P...>{});
-  }
+template <Form kForm, typename C, typename R, typename... P, size_t... I>
+int CallWith(R (C::*method)(P...), metadataHelperBase& helper, const MetaPtr& request, void* buffer,
+             std::index_sequence<I...>) {
+  std::tuple<std::decay_t<P>...> args{
+      Argument<std::decay_t<P>, kForm>(I, FirstPointer<P...>(), request, buffer)...};
+  return static_cast<int>((static_cast<C&>(helper).*method)(std::get<I>(args)...));
 }
 
 using Call = int (*)(metadataHelperBase&, MetaPtr, void*);
@@ -120,7 +115,7 @@ constexpr Entry Describe(R (C::*)(P...), Call call) {
 template <auto Method, Form kForm>
 constexpr Entry Make() {
   return Describe<kForm>(Method, [](metadataHelperBase& helper, MetaPtr request, void* buffer) {
-    return CallAs<kForm>(Method, helper, std::move(request), buffer);
+    return CallWith<kForm>(Method, helper, request, buffer, std::make_index_sequence<Arity(Method)>{});
   });
 }
 
