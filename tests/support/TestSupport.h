@@ -10,6 +10,8 @@
 
 #include <RegisteredTags.h>
 
+#include "TagTable.h"
+
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -132,7 +134,8 @@ inline void BindCamera(NvMetadata& request, int32_t cameraId, std::shared_ptr<Nv
                                                          std::move(staticMeta));
 }
 
-inline constexpr size_t kElementSize[NUM_TYPES] = {1, 4, 4, 8, 8, 8};  // by TYPE_* type
+using tagtable::kElementSize;
+using tagtable::SameContent;
 
 // `count` elements of value one of a TYPE_* type: plausible counts, ids and
 // sizes wherever an operation computes with them. The integer types take the
@@ -147,17 +150,6 @@ inline std::vector<uint8_t> Ones(uint8_t type, size_t count) {
   for (size_t i = 0; i < bytes.size(); i += kElementSize[type])
     std::memcpy(&bytes[i], one[type], kElementSize[type]);
   return bytes;
-}
-
-// The same tags holding the same elements.
-inline bool SameContent(const NvMetadata& a, const NvMetadata& b) {
-  if (a.tags() != b.tags()) return false;
-  for (unsigned int tag : a.tags()) {
-    const camera_metadata_ro_entry x = a.find(tag), y = b.find(tag);
-    if (x.type != y.type || x.count != y.count) return false;
-    if (x.count != 0 && std::memcmp(x.data.u8, y.data.u8, x.count * kElementSize[x.type]) != 0) return false;
-  }
-  return true;
 }
 
 // Every registered tag with 32 KiB of ones, more than the largest fixed-size
