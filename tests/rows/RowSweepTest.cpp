@@ -2,8 +2,8 @@
 // skeleton tells apart. The expectations come from the row itself (its tag,
 // element count, messages, levels and line ids), so a skeleton that reports
 // the wrong message, at the wrong level or line, writes its output on a
-// failure or returns the wrong result fails here. The literal texts at the end
-// check the tables themselves against what callers see.
+// failure or returns the wrong result fails here; a few literal texts check
+// the tables themselves against what callers see.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -202,8 +202,7 @@ std::string Arg(const Helper& h, const Row& row) {
   return Said(h.file, row, row.argLevel, row.main().lines.arg, row.argCheck.message);
 }
 std::string Lookup(const Helper& h, const Row& row) {
-  const Access& a = row.main();
-  return Said(h.file, row, a.level, a.lines.lookup, a.messages.lookupFailed);
+  return Said(h.file, row, row.main().level, row.main().lines.lookup, row.main().messages.lookupFailed);
 }
 // A style with one message reports it for a short entry too.
 std::string NoData(const Helper& h, const Row& row) {
@@ -238,35 +237,28 @@ bool IsRead(const Row& row) {
 
 // What each skeleton says in each state.
 Log Expected(const Helper& h, const Row& row, State state) {
-  switch (row.skeleton) {
-    case Skeleton::kStub:
-      return {};
-    case Skeleton::kNotSupported:  // form A looks only at the output
-      return state == State::kNullOutput ? Log{Arg(h, row)} : Log{};
-    case Skeleton::kNotSupportedRecord:  // form B at the record and the container
-      return state == State::kPresent ? Log{} : Log{Arg(h, row)};
-    case Skeleton::kCustom:  // their row's short-entry rule, and their refusals
-      return {state == State::kShort ? NoData(h, row) : Arg(h, row)};
-    case Skeleton::kWrite:
-      if (state == State::kPresent) return {};
-      if (state == State::kUndeclared)
-        return {Undeclared("SetMetaData", 57, row.main().tag.index), Lookup(h, row)};
-      if (state == State::kNullContainer && !row.argCheck.needsContainer)
-        return {kWriteNoContainer, Lookup(h, row)};
-      return {Arg(h, row)};
-    default:  // the reads
-      break;
-  }
+  const Skeleton skeleton = row.skeleton;
+  if (skeleton == Skeleton::kStub) return {};
+  if (skeleton == Skeleton::kNotSupported)  // form A looks only at the output
+    return state == State::kNullOutput ? Log{Arg(h, row)} : Log{};
+  if (skeleton == Skeleton::kNotSupportedRecord)  // form B at the record and the container
+    return state == State::kPresent ? Log{} : Log{Arg(h, row)};
+  if (skeleton == Skeleton::kCustom)  // their row's short-entry rule, and their refusals
+    return {state == State::kShort ? NoData(h, row) : Arg(h, row)};
+  const bool writes = skeleton == Skeleton::kWrite;
+  const char* const core = writes ? "SetMetaData" : "GetMetaData";
   if (state == State::kPresent || state == State::kLonger) return {};
   if (state == State::kAbsent || state == State::kZeroCount) return {kCoreNoData, Lookup(h, row)};
   if (state == State::kShort) return {NoData(h, row)};
+  if (state == State::kUndeclared && writes)
+    return {Undeclared(core, 57, row.main().tag.index), Lookup(h, row)};
   if (state == State::kUndeclared)
-    return {Undeclared("GetMetaData", 23, row.main().tag.index), kCoreNoData, Lookup(h, row)};
+    return {Undeclared(core, 23, row.main().tag.index), kCoreNoData, Lookup(h, row)};
   if (state == State::kNoCamera) return NoCamera(h, row, kCoreNoData);
   if (state == State::kNoStatic) return {kCoreNoContainer, Lookup(h, row)};
   if (state == State::kNullContainer && IsStatic(row)) return NoCamera(h, row, kCoreNoContainer);
   if (state == State::kNullContainer && !row.argCheck.needsContainer)
-    return {kCoreNoContainer, Lookup(h, row)};
+    return {writes ? kWriteNoContainer : kCoreNoContainer, Lookup(h, row)};
   return {Arg(h, row)};
 }
 
@@ -276,25 +268,15 @@ Log Expected(const Helper& h, const Row& row, State state) {
 bool Applies(const Row& row, const Entry& entry, State state) {
   const Access& a = row.main();
   const bool custom = row.skeleton == Skeleton::kCustom, writes = row.skeleton == Skeleton::kWrite;
-  switch (state) {
-    case State::kPresent:
-      return !custom;
-    case State::kLonger:
-    case State::kAbsent:
-    case State::kZeroCount:
-      return IsRead(row);
-    case State::kShort:
-      return (IsRead(row) || custom) && Needed(a) > 1;
-    case State::kUndeclared:
-      return (IsRead(row) || writes) && a.tag.index != META_NO_INDEX;
-    case State::kNullOutput:
-      if (custom) return entry.pointerOutput && a.lines.arg != kNoLine && (row.needs & kNeedsOutput) == 0;
-      return !writes || entry.pointerOutput;
-    case State::kNullContainer:
-      return !custom || row.argCheck.needsContainer;
-    default:  // no camera, no static metadata
-      return IsStatic(row);
-  }
+  if (state == State::kPresent) return !custom;
+  if (state == State::kLonger || state == State::kAbsent || state == State::kZeroCount) return IsRead(row);
+  if (state == State::kShort) return (IsRead(row) || custom) && Needed(a) > 1;
+  if (state == State::kUndeclared) return (IsRead(row) || writes) && a.tag.index != META_NO_INDEX;
+  if (state == State::kNullOutput && custom)
+    return entry.pointerOutput && a.lines.arg != kNoLine && (row.needs & kNeedsOutput) == 0;
+  if (state == State::kNullOutput) return !writes || entry.pointerOutput;
+  if (state == State::kNullContainer) return !custom || row.argCheck.needsContainer;
+  return IsStatic(row);  // no camera, no static metadata
 }
 
 // The records a sink received, in the form of Record().
