@@ -19,38 +19,11 @@
 #include "OperationCatalog.h"
 #include "TestSupport.h"
 
-namespace {
-std::atomic<long> gAllocations{0};
-
-// The platform's adapter hands out a fresh reference-counted holder for each
-// query, allocated by the adapter library itself (here the tests' fake, as a
-// vendor library would): that allocation is the platform's, not a getter's.
-bool MadeByTheAdapterLibrary(const void* caller) {
-  Dl_info info;
-  return dladdr(caller, &info) != 0 && info.dli_fname != nullptr &&
-         std::strstr(info.dli_fname, "nvcamera_adapter") != nullptr;
-}
-}  // namespace
-
-void* operator new(std::size_t size) {
-  if (!MadeByTheAdapterLibrary(__builtin_return_address(0)))
-    gAllocations.fetch_add(1, std::memory_order_relaxed);
-  if (void* block = std::malloc(size != 0 ? size : 1)) return block;
-  throw std::bad_alloc();
-}
-// The non-throwing form too: a library's temporary buffers use it, and the
-// sanitizers pair every new with its own delete.
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  gAllocations.fetch_add(1, std::memory_order_relaxed);
-  return std::malloc(size != 0 ? size : 1);
-}
-void operator delete(void* block) noexcept { std::free(block); }
-void operator delete(void* block, std::size_t) noexcept { std::free(block); }
-
 extern "C" void* GetInstance();
 
 namespace {
 
+std::atomic<long> gAllocations{0};
 const std::string kDump = std::string(METAHELPER_SOURCE_DIR) + "/examples/camera_dump/media.camera.txt";
 
 // The camera's buffer of that kind in the current session.
@@ -62,14 +35,6 @@ std::shared_ptr<NvMetadata> CurrentOf(const metatext::Capture& capture, const ch
   }
   ADD_FAILURE() << "no " << metatext::KindName(kind) << " of camera " << camera << " in " << kDump;
   return std::make_shared<NvMetadata>();
-}
-
-// Allocations made by one call of the operation.
-long AllocationsOf(const opcatalog::Operation& op, metahelper::metadataHelperBase& helper,
-                   const opcatalog::CallContext& context) {
-  const long before = gAllocations.load();
-  op.call(helper, context);
-  return gAllocations.load() - before;
 }
 
 TEST(GetterAllocations, NoGetOperationAllocatesOnTheExampleRequest) {
@@ -96,11 +61,11 @@ TEST(GetterAllocations, NoGetOperationAllocatesOnTheExampleRequest) {
     metahelper::metadataHelperBase& helper = i < count ? *handedOut : generic;
     if (op.kind == opcatalog::Kind::Setter) continue;
     op.call(helper, context);  // first use may set up process-wide state
-    const long allocations = AllocationsOf(op, helper, context);
-    if (op.allocates) {
-      byAllocatingGetters += allocations;
-      continue;
-    }
+    const long before = gAllocations.load();
+    op.call(helper, context);
+    const long allocations = gAllocations.load() - before;
+    byAllocatingGetters += op.allocates ? allocations : 0;
+    if (op.allocates) continue;
     EXPECT_EQ(0, allocations) << op.name << " (slot " << op.slot << (i < count ? ")" : ", generic)");
     ++checked;
   }
@@ -110,4 +75,28 @@ TEST(GetterAllocations, NoGetOperationAllocatesOnTheExampleRequest) {
   StaticMetadataWraper::getInstance()->clear();
 }
 
+// The platform's adapter hands out a fresh reference-counted holder for each
+// query, allocated by the adapter library itself (here the tests' fake, as a
+// vendor library would): that allocation is the platform's, not a getter's.
+bool MadeByTheAdapterLibrary(const void* caller) {
+  Dl_info info;
+  return dladdr(caller, &info) != 0 && info.dli_fname != nullptr &&
+         std::strstr(info.dli_fname, "nvcamera_adapter") != nullptr;
+}
+
 }  // namespace
+
+void* operator new(std::size_t size) {
+  if (!MadeByTheAdapterLibrary(__builtin_return_address(0)))
+    gAllocations.fetch_add(1, std::memory_order_relaxed);
+  if (void* block = std::malloc(size != 0 ? size : 1)) return block;
+  throw std::bad_alloc();
+}
+// The non-throwing form too: a library's temporary buffers use it, and the
+// sanitizers pair every new with its own delete.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  gAllocations.fetch_add(1, std::memory_order_relaxed);
+  return std::malloc(size != 0 ? size : 1);
+}
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t) noexcept { std::free(block); }

@@ -2,12 +2,11 @@
 // skeleton tells apart. The expectations come from the row itself (its tag,
 // element count, messages, levels and line ids), so a skeleton that reports
 // the wrong message, at the wrong level or line, writes its output on a
-// failure or returns the wrong result fails here. The literal texts at the end
-// check the tables themselves against what callers see.
+// failure or returns the wrong result fails here; a few literal texts check
+// the tables themselves against what callers see.
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <string>
 #include <tuple>
@@ -72,17 +71,20 @@ T Argument(size_t position, size_t firstPointer, const MetaPtr& request, void* b
   }
 }
 
+using Call = int (*)(metadataHelperBase&, MetaPtr, void*);
+struct Entry {
+  Call call;
+  size_t unit;         // bytes of one value the buffer holds
+  uint32_t values;     // values a write is given
+  bool pointerOutput;  // the operation takes a pointer
+};
+
 template <typename... P>
 constexpr size_t FirstPointer() {
   constexpr bool kPointers[] = {std::is_pointer_v<P>..., true};
   size_t i = 0;
   while (!kPointers[i]) ++i;
   return i;
-}
-
-template <typename C, typename R, typename... P>
-constexpr size_t Arity(R (C::*)(P...)) {
-  return sizeof...(P);
 }
 
 template <Form kForm, typename C, typename R, typename... P, size_t... I>
@@ -93,16 +95,11 @@ int CallWith(R (C::*method)(P...), metadataHelperBase& helper, const MetaPtr& re
   return static_cast<int>((static_cast<C&>(helper).*method)(std::get<I>(args)...));
 }
 
-using Call = int (*)(metadataHelperBase&, MetaPtr, void*);
-struct Entry {
-  Call call;
-  size_t unit;         // bytes of one value the buffer holds
-  uint32_t values;     // values a write is given
-  bool pointerOutput;  // the operation takes a pointer
-};
-
-template <Form kForm, typename C, typename R, typename... P>
-constexpr Entry Describe(R (C::*)(P...), Call call) {
+template <auto Method, Form kForm, typename C, typename R, typename... P>
+constexpr Entry Describe(R (C::*)(P...)) {
+  const Call call = [](metadataHelperBase& helper, MetaPtr request, void* buffer) {
+    return CallWith<kForm>(Method, helper, request, buffer, std::index_sequence_for<P...>{});
+  };
   if constexpr (kForm == Form::kByValue) {
     return {call, sizeof(std::tuple_element_t<1, std::tuple<P...>>), 1, false};
   } else {
@@ -111,28 +108,22 @@ constexpr Entry Describe(R (C::*)(P...), Call call) {
             FirstPointer<P...>() < sizeof...(P)};
   }
 }
-
 template <auto Method, Form kForm>
 constexpr Entry Make() {
-  return Describe<kForm>(Method, [](metadataHelperBase& helper, MetaPtr request, void* buffer) {
-    return CallWith<kForm>(Method, helper, request, buffer, std::make_index_sequence<Arity(Method)>{});
-  });
+  return Describe<Method, kForm>(Method);
 }
 
-#include "common/FormsReset.h"
+// The tables' forms, all of which but the queries pass through MH_ROW, as
+// entries; array and by-value writes take their values differently.
+#include "common/RowForms.h"
+#undef MH_ROW
+#undef MH_WRITE_ARRAY
+#undef MH_WRITE_BY_VALUE
+#undef MH_QUERY
 #define SWEEP_ENTRY(form, slot, name, params, ...) Make<MH_METHOD(SWEEP_CLASS, name, params), Form::form>(),
-#define MH_READ(...) SWEEP_ENTRY(kAny, __VA_ARGS__)
-#define MH_CONVERT(...) SWEEP_ENTRY(kAny, __VA_ARGS__)
-#define MH_READ_WITH(...) SWEEP_ENTRY(kAny, __VA_ARGS__)
-#define MH_STATIC(...) SWEEP_ENTRY(kAny, __VA_ARGS__)
-#define MH_UNSUPPORTED(...) SWEEP_ENTRY(kAny, __VA_ARGS__)
-#define MH_UNSUPPORTED_RECORD(...) SWEEP_ENTRY(kAny, __VA_ARGS__)
-#define MH_STUB(...) SWEEP_ENTRY(kAny, __VA_ARGS__)
-#define MH_WRITE(...) SWEEP_ENTRY(kAny, __VA_ARGS__)
-#define MH_WRITE_RECORD(...) SWEEP_ENTRY(kAny, __VA_ARGS__)
+#define MH_ROW(skeleton, ...) SWEEP_ENTRY(kAny, __VA_ARGS__)
 #define MH_WRITE_ARRAY(...) SWEEP_ENTRY(kArray, __VA_ARGS__)
 #define MH_WRITE_BY_VALUE(...) SWEEP_ENTRY(kByValue, __VA_ARGS__)
-#define MH_CUSTOM(...) SWEEP_ENTRY(kAny, __VA_ARGS__)
 #define MH_QUERY(slot, name, params) \
   Make<static_cast<bool(SWEEP_CLASS::*) params>(&SWEEP_CLASS::name), Form::kAny>(),
 #define SWEEP_CLASS metadataHelperBase
@@ -211,8 +202,7 @@ std::string Arg(const Helper& h, const Row& row) {
   return Said(h.file, row, row.argLevel, row.main().lines.arg, row.argCheck.message);
 }
 std::string Lookup(const Helper& h, const Row& row) {
-  const Access& a = row.main();
-  return Said(h.file, row, a.level, a.lines.lookup, a.messages.lookupFailed);
+  return Said(h.file, row, row.main().level, row.main().lines.lookup, row.main().messages.lookupFailed);
 }
 // A style with one message reports it for a short entry too.
 std::string NoData(const Helper& h, const Row& row) {
@@ -247,35 +237,28 @@ bool IsRead(const Row& row) {
 
 // What each skeleton says in each state.
 Log Expected(const Helper& h, const Row& row, State state) {
-  switch (row.skeleton) {
-    case Skeleton::kStub:
-      return {};
-    case Skeleton::kNotSupported:  // form A looks only at the output
-      return state == State::kNullOutput ? Log{Arg(h, row)} : Log{};
-    case Skeleton::kNotSupportedRecord:  // form B at the record and the container
-      return state == State::kPresent ? Log{} : Log{Arg(h, row)};
-    case Skeleton::kCustom:  // their row's short-entry rule, and their refusals
-      return {state == State::kShort ? NoData(h, row) : Arg(h, row)};
-    case Skeleton::kWrite:
-      if (state == State::kPresent) return {};
-      if (state == State::kUndeclared)
-        return {Undeclared("SetMetaData", 57, row.main().tag.index), Lookup(h, row)};
-      if (state == State::kNullContainer && !row.argCheck.needsContainer)
-        return {kWriteNoContainer, Lookup(h, row)};
-      return {Arg(h, row)};
-    default:  // the reads
-      break;
-  }
+  const Skeleton skeleton = row.skeleton;
+  if (skeleton == Skeleton::kStub) return {};
+  if (skeleton == Skeleton::kNotSupported)  // form A looks only at the output
+    return state == State::kNullOutput ? Log{Arg(h, row)} : Log{};
+  if (skeleton == Skeleton::kNotSupportedRecord)  // form B at the record and the container
+    return state == State::kPresent ? Log{} : Log{Arg(h, row)};
+  if (skeleton == Skeleton::kCustom)  // their row's short-entry rule, and their refusals
+    return {state == State::kShort ? NoData(h, row) : Arg(h, row)};
+  const bool writes = skeleton == Skeleton::kWrite;
+  const char* const core = writes ? "SetMetaData" : "GetMetaData";
   if (state == State::kPresent || state == State::kLonger) return {};
   if (state == State::kAbsent || state == State::kZeroCount) return {kCoreNoData, Lookup(h, row)};
   if (state == State::kShort) return {NoData(h, row)};
+  if (state == State::kUndeclared && writes)
+    return {Undeclared(core, 57, row.main().tag.index), Lookup(h, row)};
   if (state == State::kUndeclared)
-    return {Undeclared("GetMetaData", 23, row.main().tag.index), kCoreNoData, Lookup(h, row)};
+    return {Undeclared(core, 23, row.main().tag.index), kCoreNoData, Lookup(h, row)};
   if (state == State::kNoCamera) return NoCamera(h, row, kCoreNoData);
   if (state == State::kNoStatic) return {kCoreNoContainer, Lookup(h, row)};
   if (state == State::kNullContainer && IsStatic(row)) return NoCamera(h, row, kCoreNoContainer);
   if (state == State::kNullContainer && !row.argCheck.needsContainer)
-    return {kCoreNoContainer, Lookup(h, row)};
+    return {writes ? kWriteNoContainer : kCoreNoContainer, Lookup(h, row)};
   return {Arg(h, row)};
 }
 
@@ -285,25 +268,15 @@ Log Expected(const Helper& h, const Row& row, State state) {
 bool Applies(const Row& row, const Entry& entry, State state) {
   const Access& a = row.main();
   const bool custom = row.skeleton == Skeleton::kCustom, writes = row.skeleton == Skeleton::kWrite;
-  switch (state) {
-    case State::kPresent:
-      return !custom;
-    case State::kLonger:
-    case State::kAbsent:
-    case State::kZeroCount:
-      return IsRead(row);
-    case State::kShort:
-      return (IsRead(row) || custom) && Needed(a) > 1;
-    case State::kUndeclared:
-      return (IsRead(row) || writes) && a.tag.index != META_NO_INDEX;
-    case State::kNullOutput:
-      if (custom) return entry.pointerOutput && a.lines.arg != kNoLine && (row.needs & kNeedsOutput) == 0;
-      return !writes || entry.pointerOutput;
-    case State::kNullContainer:
-      return !custom || row.argCheck.needsContainer;
-    default:  // no camera, no static metadata
-      return IsStatic(row);
-  }
+  if (state == State::kPresent) return !custom;
+  if (state == State::kLonger || state == State::kAbsent || state == State::kZeroCount) return IsRead(row);
+  if (state == State::kShort) return (IsRead(row) || custom) && Needed(a) > 1;
+  if (state == State::kUndeclared) return (IsRead(row) || writes) && a.tag.index != META_NO_INDEX;
+  if (state == State::kNullOutput && custom)
+    return entry.pointerOutput && a.lines.arg != kNoLine && (row.needs & kNeedsOutput) == 0;
+  if (state == State::kNullOutput) return !writes || entry.pointerOutput;
+  if (state == State::kNullContainer) return !custom || row.argCheck.needsContainer;
+  return IsStatic(row);  // no camera, no static metadata
 }
 
 // The records a sink received, in the form of Record().
@@ -315,156 +288,9 @@ Log Taken(testsupport::LogCapture& log) {
   return records;
 }
 
-// Where a sanitizer stops the process, the case it stopped in (the runtime
-// is there only in sanitizer builds).
-extern "C" void __sanitizer_set_death_callback(void (*callback)()) __attribute__((weak));
-std::string gCase;
-const bool kCaseOnDeath = [] {
-  if (__sanitizer_set_death_callback)
-    __sanitizer_set_death_callback([] { std::fprintf(stderr, "in %s\n", gCase.c_str()); });
-  return true;
-}();
-
-// ---- The sweep -------------------------------------------------------------------
-class RowSweep : public ::testing::TestWithParam<Helper> {
- protected:
-  void TearDown() override { Reset(); }
-  static void Reset() {
-    MetaTagWrapper::getInstance().resetTags();
-    StaticMetadataWraper::getInstance()->clear();
-  }
-  const Helper& H() const { return GetParam(); }
-  std::string Where(const Row& row, const std::string& state) const {
-    return gCase =
-               std::string(H().name) + " slot " + std::to_string(row.slot) + " " + row.name + ", " + state;
-  }
-  // Calls with `buffer` as the output (or input), null when there is none.
-  int Call(const Entry& entry, MetaPtr meta, Bytes* buffer) {
-    log.Clear();
-    return entry.call(*H().object, std::move(meta), buffer != nullptr ? buffer->data() : nullptr);
-  }
-
-  // Each of the row's tags with the elements it relies on, its own in the
-  // state's count; static reads find them in the camera's static metadata,
-  // with another value in the request as a decoy.
-  static void Fill(const Row& row, State state, const MetaPtr& request) {
-    const MetaPtr holder = IsStatic(row) ? NewMeta() : request;
-    for (size_t i = kMaxAccesses; i-- > 0;) {  // the row's own tag last: it may repeat
-      const Access& access = row.access[i];
-      if (HasTag(access.tag) && (i > 0 || state != State::kAbsent))
-        Store(*holder, access, Pattern(access, i > 0 ? Needed(access) : CountIn(state, Needed(access))));
-    }
-    if (!IsStatic(row)) return;
-    Store(*request, row.main(), Pattern(row.main(), Needed(row.main()), 7));
-    if (state != State::kNoCamera)
-      testsupport::Put(*request, META_FWK_CAMERA_ID, std::vector<int32_t>{kCamera});
-    if (state != State::kNoStatic) StaticMetadataWraper::getInstance()->setStaticMetadata(kCamera, holder);
-  }
-
-  // One state of one row: its result, its log (the row's, or `literal`) and
-  // what it wrote. Hand-written operations may write on a failure: only their
-  // result and log count.
-  void Sweep(const Row& row, const Entry& entry, State state, const Log* literal = nullptr) {
-    SCOPED_TRACE(Where(row, kStateNames[static_cast<int>(state)]));
-    const Access& a = row.main();
-    const bool writes = row.skeleton == Skeleton::kWrite, custom = row.skeleton == Skeleton::kCustom;
-    const MetaPtr request = state == State::kNullContainer ? nullptr : NewMeta();
-    if (request != nullptr && !writes) Fill(row, state, request);
-    if (state == State::kUndeclared)
-      MetaTagWrapper::getInstance().setTag(a.tag.index, MetaTagWrapper::kUndeclared);
-    const size_t outputBytes = row.outputs * entry.unit;
-    Bytes buffer = writes ? Pattern(entry.values * entry.unit, row.slot)
-                          : Bytes(custom ? std::max(kRoom, outputBytes) : outputBytes + kSlack, kCanary);
-    const Bytes before = buffer;
-    const int result = Call(entry, request, state == State::kNullOutput ? nullptr : &buffer);
-    Reset();
-    EXPECT_EQ(literal != nullptr ? *literal : Expected(H(), row, state), Taken(log));
-    if (custom) {
-      EXPECT_EQ(row.nonZeroSuccess, result == 0) << "result " << result;
-      return;
-    }
-    const bool succeeds = (IsRead(row) || writes) && (state == State::kPresent || state == State::kLonger);
-    EXPECT_EQ(succeeds ? 0 : -1, result);
-    if (writes) ExpectStored(a, request, succeeds ? before : Bytes{});
-    if (succeeds && !writes)
-      ExpectWritten(row, buffer, Pattern(a, CountIn(state, Needed(a))));
-    else
-      EXPECT_EQ(before, buffer) << "the buffer written on a failure, or a write's input changed";
-  }
-
-  // Copies hand over the stored bytes (the container pads the last word with
-  // zeros); the other reads write something; nobody writes past the output.
-  static void ExpectWritten(const Row& row, const Bytes& out, Bytes stored) {
-    const size_t size = out.size() - kSlack;
-    const Bytes written(out.begin(), out.begin() + size);
-    EXPECT_EQ(Bytes(kSlack, kCanary), Bytes(out.begin() + size, out.end())) << "written past the output";
-    if (row.skeleton == Skeleton::kRead || IsStatic(row)) {
-      stored.resize(std::max(stored.size(), size));
-      EXPECT_EQ(Bytes(stored.begin(), stored.begin() + size), written);
-    } else {
-      EXPECT_NE(Bytes(size, kCanary), written) << "nothing written";
-    }
-  }
-
-  // A write stores exactly its input with the row's element type; a failed
-  // one stores nothing.
-  static void ExpectStored(const Access& access, const MetaPtr& meta, const Bytes& input) {
-    if (input.empty()) {
-      EXPECT_TRUE(meta == nullptr || meta->entryCount() == 0) << "written on a failure";
-      return;
-    }
-    const camera_metadata_ro_entry stored = meta->find(TagOf(access.tag));
-    EXPECT_EQ(access.elements.type, stored.type);
-    EXPECT_EQ(input, Bytes(stored.data.u8, stored.data.u8 + stored.count * ElementSize(stored.type)));
-  }
-
-  testsupport::LogCapture log;
-};
-
-TEST_P(RowSweep, EveryRowInEveryStateItsSkeletonTellsApart) {
-  for (size_t i = 0; i < H().count; ++i) {
-    for (size_t state = 0; state < std::size(kStateNames); ++state) {
-      if (Applies(H().rows[i], H().entries[i], State(state)))
-        Sweep(H().rows[i], H().entries[i], State(state));
-    }
-  }
-}
-
-// Every count of each of their tags, the other tags as full as they get: under
-// the sanitizers a read outside an entry stops the test, and no call may
-// crash with real outputs, null ones or no container.
-TEST_P(RowSweep, HandWrittenOperationsStayInsideEveryEntry) {
-  testsupport::LogCapture::SetSettings(7, 0, 7, 0, 0);  // thousands of calls: both logs quiet
-  for (size_t i = 0; i < H().count; ++i) {
-    const Row& row = H().rows[i];
-    const Entry& entry = H().entries[i];
-    if (row.skeleton != Skeleton::kCustom) continue;
-    Bytes out(std::max(kRoom, row.outputs * entry.unit));
-    const bool nullOutputs = (row.needs & kNeedsOutput) == 0;
-    for (const Access& access : row.access) {
-      if (!HasTag(access.tag)) continue;
-      const MetaPtr full = testsupport::FullContainer();
-      StaticMetadataWraper::getInstance()->setStaticMetadata(kCamera, full);
-      std::vector<uint32_t> counts{Needed(access) - 1, Needed(access), Needed(access) + 1};
-      for (uint32_t count = 0; count <= kSmallCounts; ++count) counts.push_back(count);
-      for (uint32_t count : counts) {
-        SCOPED_TRACE(
-            Where(row, NvMetadata::getTagName(TagOf(access.tag)) + (" with " + std::to_string(count))));
-        Store(*full, access, testsupport::Ones(access.elements.type, count));
-        Call(entry, full, &out);
-        if (nullOutputs) Call(entry, full, nullptr);
-      }
-      full->erase(TagOf(access.tag));
-      Call(entry, full, &out);
-    }
-    Where(row, "no container");
-    if ((row.needs & kNeedsRequest) == 0) Call(entry, nullptr, &out);
-  }
-}
-
 // ---- Literal texts ---------------------------------------------------------------
-// A few messages per skeleton exactly as callers see them, so that the tables
-// themselves are checked against what they must say.
+// A few messages per skeleton exactly as callers see them: the sweep takes its
+// expectations from the tables, these check the tables themselves.
 struct Literal {
   const char* helper;
   int slot;
@@ -499,16 +325,143 @@ const Literal kLiterals[] = {
 };
 // clang-format on
 
-TEST_P(RowSweep, RepresentativeMessagesReadAsCallersExpectThem) {
-  int checked = 0;
-  for (const Literal& literal : kLiterals) {
-    for (size_t i = 0; H().name == std::string(literal.helper) && i < H().count; ++i) {
-      if (H().rows[i].slot != literal.slot) continue;
-      Sweep(H().rows[i], H().entries[i], literal.state, &literal.log);
-      ++checked;
+// ---- The sweep -------------------------------------------------------------------
+class RowSweep : public ::testing::TestWithParam<Helper> {
+ protected:
+  void TearDown() override { Reset(); }
+  static void Reset() {
+    MetaTagWrapper::getInstance().resetTags();
+    StaticMetadataWraper::getInstance()->clear();
+  }
+  const Helper& H() const { return GetParam(); }
+  std::string Where(const Row& row, const std::string& state) const {
+    return std::string(H().name) + " slot " + std::to_string(row.slot) + " " + row.name + ", " + state;
+  }
+  // Calls with `buffer` as the output (or input), null when there is none.
+  int Call(const Entry& entry, MetaPtr meta, Bytes* buffer) {
+    log.Clear();
+    return entry.call(*H().object, std::move(meta), buffer != nullptr ? buffer->data() : nullptr);
+  }
+
+  // Each of the row's tags with the elements it relies on, its own in the
+  // state's count; static reads find them in the camera's static metadata,
+  // with another value in the request as a decoy.
+  static void Fill(const Row& row, State state, const MetaPtr& request) {
+    const MetaPtr holder = IsStatic(row) ? NewMeta() : request;
+    for (size_t i = kMaxAccesses; i-- > 0;) {  // the row's own tag last: it may repeat
+      const Access& access = row.access[i];
+      if (HasTag(access.tag) && (i > 0 || state != State::kAbsent))
+        Store(*holder, access, Pattern(access, i > 0 ? Needed(access) : CountIn(state, Needed(access))));
+    }
+    if (!IsStatic(row)) return;
+    Store(*request, row.main(), Pattern(row.main(), Needed(row.main()), 7));
+    if (state != State::kNoCamera)
+      testsupport::Put(*request, META_FWK_CAMERA_ID, std::vector<int32_t>{kCamera});
+    if (state != State::kNoStatic) StaticMetadataWraper::getInstance()->setStaticMetadata(kCamera, holder);
+  }
+
+  // One state of one row: its result, its log (and the literal text, if one
+  // is given) and what it wrote. Hand-written operations may write on a
+  // failure: only their result and log count.
+  void Sweep(const Row& row, const Entry& entry, State state) {
+    SCOPED_TRACE(Where(row, kStateNames[static_cast<int>(state)]));
+    const Access& a = row.main();
+    const bool writes = row.skeleton == Skeleton::kWrite, custom = row.skeleton == Skeleton::kCustom;
+    const MetaPtr request = state == State::kNullContainer ? nullptr : NewMeta();
+    if (request != nullptr && !writes) Fill(row, state, request);
+    if (state == State::kUndeclared)
+      MetaTagWrapper::getInstance().setTag(a.tag.index, MetaTagWrapper::kUndeclared);
+    const size_t outputBytes = row.outputs * entry.unit;
+    Bytes buffer = writes ? Pattern(entry.values * entry.unit, row.slot)
+                          : Bytes(custom ? std::max(kRoom, outputBytes) : outputBytes + kSlack, kCanary);
+    const Bytes before = buffer;
+    const int result = Call(entry, request, state == State::kNullOutput ? nullptr : &buffer);
+    Reset();
+    const Log taken = Taken(log);
+    EXPECT_EQ(Expected(H(), row, state), taken);
+    for (const Literal& literal : kLiterals) {
+      if (literal.helper == std::string(H().name) && literal.slot == row.slot && literal.state == state) {
+        EXPECT_EQ(literal.log, taken) << "as callers read it";
+        ++literalsChecked;
+      }
+    }
+    if (custom) {
+      EXPECT_EQ(row.nonZeroSuccess, result == 0) << "result " << result;
+      return;
+    }
+    const bool succeeds = (IsRead(row) || writes) && (state == State::kPresent || state == State::kLonger);
+    EXPECT_EQ(succeeds ? 0 : -1, result);
+    // A write stores exactly its input with the row's element type; a failed
+    // one stores nothing.
+    if (writes && succeeds) {
+      const camera_metadata_ro_entry stored = request->find(TagOf(a.tag));
+      EXPECT_EQ(a.elements.type, stored.type);
+      EXPECT_EQ(before, Bytes(stored.data.u8, stored.data.u8 + stored.count * ElementSize(stored.type)));
+    } else if (writes) {
+      EXPECT_TRUE(request == nullptr || request->entryCount() == 0) << "written on a failure";
+    }
+    if (writes || !succeeds) {
+      EXPECT_EQ(before, buffer) << "the buffer written on a failure, or a write's input changed";
+      return;
+    }
+    // Copies hand over the stored bytes (the container pads the last word with
+    // zeros); the other reads write something; nobody writes past the output.
+    const Bytes written(buffer.begin(), buffer.end() - kSlack);
+    EXPECT_EQ(Bytes(kSlack, kCanary), Bytes(buffer.end() - kSlack, buffer.end()))
+        << "written past the output";
+    Bytes stored = Pattern(a, CountIn(state, Needed(a)));
+    stored.resize(written.size());
+    if (row.skeleton == Skeleton::kRead || IsStatic(row))
+      EXPECT_EQ(stored, written);
+    else
+      EXPECT_NE(Bytes(written.size(), kCanary), written) << "nothing written";
+  }
+
+  testsupport::LogCapture log;
+  long literalsChecked = 0;
+};
+
+TEST_P(RowSweep, EveryRowInEveryStateItsSkeletonTellsApart) {
+  for (size_t i = 0; i < H().count; ++i) {
+    for (size_t state = 0; state < std::size(kStateNames); ++state) {
+      if (Applies(H().rows[i], H().entries[i], State(state)))
+        Sweep(H().rows[i], H().entries[i], State(state));
     }
   }
-  EXPECT_GT(checked, 6);
+  const auto ofThisHelper = [this](const Literal& l) { return l.helper == std::string(H().name); };
+  EXPECT_EQ(std::count_if(std::begin(kLiterals), std::end(kLiterals), ofThisHelper), literalsChecked)
+      << "a literal names a state its row does not tell apart";
+}
+
+// Every count of each of their tags, the other tags as full as they get: under
+// the sanitizers a read outside an entry stops the test, and no call may
+// crash with real outputs, null ones or no container.
+TEST_P(RowSweep, HandWrittenOperationsStayInsideEveryEntry) {
+  testsupport::LogCapture::SetSettings(7, 0, 7, 0, 0);  // thousands of calls: both logs quiet
+  for (size_t i = 0; i < H().count; ++i) {
+    const Row& row = H().rows[i];
+    const Entry& entry = H().entries[i];
+    if (row.skeleton != Skeleton::kCustom) continue;
+    Bytes out(std::max(kRoom, row.outputs * entry.unit));
+    const bool nullOutputs = (row.needs & kNeedsOutput) == 0;
+    for (const Access& access : row.access) {
+      if (!HasTag(access.tag)) continue;
+      const MetaPtr full = testsupport::FullContainer();
+      StaticMetadataWraper::getInstance()->setStaticMetadata(kCamera, full);
+      std::vector<uint32_t> counts{Needed(access) - 1, Needed(access), Needed(access) + 1};
+      for (uint32_t count = 0; count <= kSmallCounts; ++count) counts.push_back(count);
+      for (uint32_t count : counts) {
+        SCOPED_TRACE(
+            Where(row, NvMetadata::getTagName(TagOf(access.tag)) + (" with " + std::to_string(count))));
+        Store(*full, access, testsupport::Ones(access.elements.type, count));
+        Call(entry, full, &out);
+        if (nullOutputs) Call(entry, full, nullptr);
+      }
+      full->erase(TagOf(access.tag));
+      Call(entry, full, &out);
+    }
+    if ((row.needs & kNeedsRequest) == 0) Call(entry, nullptr, &out);
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Helpers, RowSweep, ::testing::ValuesIn(kHelpers),

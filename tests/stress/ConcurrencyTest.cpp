@@ -32,7 +32,7 @@ using Helper = metahelper::metadataHelperBase;
 using Outcomes = std::vector<std::string>;
 
 constexpr int kThreads = 16;
-constexpr int kChildRuns = 4;  // fresh processes per first-use test: races need chances
+constexpr int kChildRuns = 4;  // fresh processes per library for first use: races need chances
 constexpr long kShiftTimestamp = 42;
 
 // The cameras the adapter knows, camera kFullCamera of the zoom-EIS type and
@@ -45,22 +45,20 @@ void SetUpPlatform() {
                                                          testsupport::FullContainer());
 }
 
-opcatalog::CallContext FullContext(MetaPtr request) {
+// The catalogue's reads of `request`, or given `second` its setters, added to
+// `outcomes`.
+void RunCatalogue(Helper& helper, MetaPtr request, MetaPtr second, bool nullOutputs, Outcomes& outcomes) {
   opcatalog::CallContext context;
   context.request = std::move(request);
+  context.second = second;
+  context.nullOutputs = nullOutputs;
   context.cameraId = testsupport::kFullCamera;
   context.timestamp = kShiftTimestamp;
-  return context;
-}
-
-// The reads, or the writes, of the catalogue.
-Outcomes RunCatalogue(Helper& helper, opcatalog::CallContext context, bool writes) {
   size_t count = 0;
   const opcatalog::Operation* operations = opcatalog::Operations(&count);
-  Outcomes outcomes;
   for (size_t i = 0; i < count; ++i) {
     const opcatalog::Operation& operation = operations[i];
-    if ((operation.kind == opcatalog::Kind::Setter) != writes) continue;
+    if ((operation.kind == opcatalog::Kind::Setter) != (second != nullptr)) continue;
     testsupport::RecordingSink sink;
     context.sink = &sink;
     std::string line = std::to_string(operation.slot) + " " + operation.name + " -> " +
@@ -68,7 +66,27 @@ Outcomes RunCatalogue(Helper& helper, opcatalog::CallContext context, bool write
     for (const std::string& value : sink.lines) line += " | " + value;
     outcomes.push_back(line);
   }
-  return outcomes;
+}
+
+// One round as each thread runs it: reads of the shared request with real and
+// null outputs, then the setters on a copy of their own, and what the setters
+// left in both containers.
+struct Round {
+  Outcomes outcomes;
+  MetaPtr written, second;
+
+  bool operator==(const Round& other) const {
+    return outcomes == other.outcomes && testsupport::SameContent(*written, *other.written) &&
+           testsupport::SameContent(*second, *other.second);
+  }
+};
+
+Round RunRound(Helper& helper, const MetaPtr& request) {
+  Round round{{}, std::make_shared<NvMetadata>(*request), std::make_shared<NvMetadata>()};
+  RunCatalogue(helper, request, nullptr, false, round.outcomes);
+  RunCatalogue(helper, request, nullptr, true, round.outcomes);
+  RunCatalogue(helper, round.written, round.second, false, round.outcomes);
+  return round;
 }
 
 // Runs body(0) .. body(kThreads - 1) on as many threads, released together
@@ -88,123 +106,76 @@ void RunTogether(Body body) {
 }
 
 // ---- First use ----------------------------------------------------------------
-// Each run forks from a test process that has not touched the manager or the
-// adapter client, so the child's calls really are the first. Forking without
-// re-executing also works under qemu-user, which cannot exec a foreign
-// binary. A broken expectation ends the child with status 1 and says why.
-template <typename Body>
-void InFreshProcesses(Body body) {
-  GTEST_FLAG_SET(death_test_style, "fast");
-  const auto child = [&body] {
-    body();
-    std::exit(0);
-  };
-  for (int run = 0; run < kChildRuns; ++run)
-    EXPECT_EXIT(child(), ::testing::ExitedWithCode(0), "") << "run " << run;
-}
 void ExitUnless(bool condition, const char* what) {
   if (condition) return;
   std::fprintf(stderr, "%s\n", what);
   std::exit(1);
 }
 
-metahelper::MetaHelperManagerImpl& Manager() {
-  return *static_cast<metahelper::MetaHelperManagerImpl*>(GetInstance());
+std::shared_ptr<Helper> KeptHelper() {
+  return static_cast<metahelper::MetaHelperManagerImpl*>(GetInstance())->GetMetadataHelper();
 }
 
-// Every thread's first GetInstance and GetMetadataHelper at once: one manager;
-// a racing first call may make a spare helper, but every helper handed out
-// must behave exactly as the one the manager keeps.
-TEST(FirstUse, ConcurrentFirstCallsShareOneManagerAndEquivalentHelpers) {
-  InFreshProcesses([] {
-    std::array<void*, kThreads> managers{};
-    std::array<std::shared_ptr<Helper>, kThreads> helpers;
-    RunTogether([&](int i) {
-      managers[i] = GetInstance();
-      helpers[i] = static_cast<metahelper::MetaHelperManagerImpl*>(managers[i])->GetMetadataHelper();
-    });
-    const std::shared_ptr<Helper> kept = Manager().GetMetadataHelper();
-    ExitUnless(kept == Manager().GetMetadataHelper(), "the kept helper changed after first use");
-    SetUpPlatform();
-    const MetaPtr request = testsupport::FullContainer();
-    const Outcomes expected = RunCatalogue(*kept, FullContext(request), false);
-    for (int i = 0; i < kThreads; ++i) {
-      ExitUnless(managers[i] == GetInstance(), "threads saw different managers");
-      ExitUnless(helpers[i] != nullptr, "a thread got no helper");
-      ExitUnless(RunCatalogue(*helpers[i], FullContext(request), false) == expected,
-                 "a helper handed out during the race behaves differently");
-    }
+// Every thread's first GetInstance, GetMetadataHelper and shift query at once.
+// One manager; a racing first call may make a spare helper, but every helper
+// handed out must behave exactly as the one the manager keeps. With the
+// adapter library, it is loaded and initialised once and every query
+// answered; without it, every record comes back as passed. A broken
+// expectation ends the process with status 1 and says why.
+[[noreturn]] void FirstUseChild(const char* library) {
+  const bool present = library == std::string(ADAPTER_LIBRARY);
+  setenv("METAHELPER_ADAPTER_LIBRARY", library, 1);
+  SetUpPlatform();
+  constexpr int32_t kUntouched = 7;
+  std::array<void*, kThreads> managers{};
+  std::array<std::shared_ptr<Helper>, kThreads> helpers;
+  std::array<nvholder::ShiftData, kThreads> records{};
+  std::array<int, kThreads> results{};
+  RunTogether([&](int i) {
+    managers[i] = GetInstance();
+    helpers[i] = static_cast<metahelper::MetaHelperManagerImpl*>(managers[i])->GetMetadataHelper();
+    records[i].shiftX = records[i].shiftY = kUntouched;
+    results[i] = helpers[i]->GetShiftDataFromHolder(kShiftTimestamp + i, i % 8, &records[i]);
   });
+  const int loads = present ? 1 : 0;  // checked before the catalogue queries again
+  ExitUnless(fakeadapter::GetInstanceCount() == loads && fakeadapter::InitializeCount() == loads,
+             "the adapter was not loaded and initialised exactly once");
+  ExitUnless(fakeadapter::QueryCount() == loads * kThreads, "queries lost or added");
+  const std::shared_ptr<Helper> kept = KeptHelper();
+  ExitUnless(kept == KeptHelper(), "the kept helper changed after first use");
+  const MetaPtr request = testsupport::FullContainer();
+  const Round expected = RunRound(*kept, request);
+  for (int i = 0; i < kThreads; ++i) {
+    const bool answered = present && (kShiftTimestamp + i) % 2 == 0;
+    ExitUnless(managers[i] == GetInstance(), "threads saw different managers");
+    ExitUnless(helpers[i] == kept || RunRound(*helpers[i], request) == expected,
+               "a helper handed out in the race behaves differently");
+    ExitUnless(results[i] == 0 && records[i].shiftX == (answered ? 3 : kUntouched) &&
+                   records[i].shiftY == (answered ? -2 : kUntouched),
+               "a shift query failed or its record differs from the adapter's answer");
+  }
+  std::exit(0);
 }
 
-// Every thread's shift query is the adapter client's first use. With the
-// library, it is loaded and initialised once and every query answered; without
-// it, every record comes back as passed.
-TEST(FirstUse, ConcurrentFirstAdapterUseLoadsOnceOrLeavesRecordsAlone) {
+// Each run forks from a test process that has not touched the manager or the
+// adapter client, so the child's calls really are the first. Forking without
+// re-executing also works under qemu-user, which cannot exec a foreign binary.
+TEST(FirstUse, ConcurrentFirstCallsShareOneManagerAndLoadTheAdapterOnce) {
+  GTEST_FLAG_SET(death_test_style, "fast");
   for (const char* library : {ADAPTER_LIBRARY, "/nonexistent/libnvcamera_adapter.so"}) {
-    const bool present = library == std::string(ADAPTER_LIBRARY);
-    InFreshProcesses([library, present] {
-      setenv("METAHELPER_ADAPTER_LIBRARY", library, 1);
-      SetUpPlatform();
-      constexpr int32_t kUntouched = 7;
-      std::array<nvholder::ShiftData, kThreads> records{};
-      std::array<int, kThreads> results{};
-      metahelper::MtkMetadataHelper helper;
-      RunTogether([&](int i) {
-        records[i].shiftX = records[i].shiftY = kUntouched;
-        results[i] = helper.GetShiftDataFromHolder(kShiftTimestamp + i, i % 8, &records[i]);
-      });
-      ExitUnless(fakeadapter::GetInstanceCount() == (present ? 1 : 0),
-                 "the adapter was not loaded exactly once");
-      ExitUnless(fakeadapter::InitializeCount() == (present ? 1 : 0), "the adapter was not initialised once");
-      ExitUnless(fakeadapter::QueryCount() == (present ? kThreads : 0), "queries lost or added");
-      for (int i = 0; i < kThreads; ++i) {
-        const bool answered = present && (kShiftTimestamp + i) % 2 == 0;
-        ExitUnless(results[i] == 0, "a shift query failed");
-        ExitUnless(records[i].shiftX == (answered ? 3 : kUntouched) &&
-                       records[i].shiftY == (answered ? -2 : kUntouched),
-                   "a shift record differs from the adapter's answer");
-      }
-    });
+    for (int run = 0; run < kChildRuns; ++run)
+      EXPECT_EXIT(FirstUseChild(library), ::testing::ExitedWithCode(0), "") << library << ", run " << run;
   }
 }
 
 // ---- Steady use ---------------------------------------------------------------
-// One round as each thread runs it: reads of the shared request with real and
-// null outputs, then the setters on fresh copies of their own, and what the
-// setters left in both containers.
-struct Round {
-  Outcomes reads, nullReads, writes;
-  MetaPtr written, second;
-
-  bool operator==(const Round& other) const {
-    return reads == other.reads && nullReads == other.nullReads && writes == other.writes &&
-           testsupport::SameContent(*written, *other.written) &&
-           testsupport::SameContent(*second, *other.second);
-  }
-};
-
-Round RunRound(Helper& helper, const MetaPtr& request) {
-  Round round;
-  opcatalog::CallContext context = FullContext(request);
-  round.reads = RunCatalogue(helper, context, false);
-  context.nullOutputs = true;
-  round.nullReads = RunCatalogue(helper, context, false);
-  context = FullContext(std::make_shared<NvMetadata>(*request));
-  context.second = std::make_shared<NvMetadata>();
-  round.writes = RunCatalogue(helper, context, true);
-  round.written = context.request;
-  round.second = context.second;
-  return round;
-}
-
 TEST(SteadyUse, ThreadsSharingARequestSeeWhatOneThreadSees) {
   constexpr int kRounds = 6;
   setenv("METAHELPER_ADAPTER_LIBRARY", ADAPTER_LIBRARY, 0);
   SetUpPlatform();
   const MetaPtr request = testsupport::FullContainer();
   const MetaPtr pristine = std::make_shared<NvMetadata>(*request);
-  const std::shared_ptr<Helper> helper = Manager().GetMetadataHelper();
+  const std::shared_ptr<Helper> helper = KeptHelper();
   // Every level on and both sinks counted; the hook consumes every message,
   // so none reaches the capture's Android print.
   testsupport::LogCapture everyLevel;
@@ -214,7 +185,7 @@ TEST(SteadyUse, ThreadsSharingARequestSeeWhatOneThreadSees) {
 
   const Round expected = RunRound(*helper, request);
   const long onlinePerRound = online.load(), offlinePerRound = offline.load();
-  EXPECT_GT(expected.reads.size(), 100u);
+  EXPECT_GT(expected.outcomes.size(), 200u);
   std::array<int, kThreads> mismatches{};
   RunTogether([&](int i) {
     for (int round = 0; round < kRounds; ++round) mismatches[i] += !(RunRound(*helper, request) == expected);
