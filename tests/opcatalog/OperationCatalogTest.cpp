@@ -21,12 +21,6 @@ using testsupport::Put;
 using testsupport::RecordingSink;
 using Lines = std::vector<std::string>;
 
-// Failures are expected by the hundred here: keep both logs quiet.
-const bool kQuietLogs = [] {
-  testsupport::LogCapture::SetSettings(7, 0, 7, 0, 0);
-  return true;
-}();
-
 std::vector<Operation> AllOperations() {
   size_t count = 0;
   const Operation* first = opcatalog::Operations(&count);
@@ -56,6 +50,7 @@ TEST(OperationTable, FollowsTheCallersSlotTable) {
 // a setter just wrote shorter than the getter's fixed-size copy. Every
 // container each operation may meet is the row sweep's.
 TEST(EveryOperation, TheSinkHearsExactlyTheSuccesses) {
+  testsupport::LogCapture::SetSettings(7, 0, 7, 0, 0);  // failures by the hundred: both logs quiet
   std::vector<Operation> ops = AllOperations();
   std::stable_partition(ops.begin(), ops.end(), [](const Operation& op) { return op.kind != Kind::Setter; });
   StaticMetadataWraper::getInstance()->setStaticMetadata(testsupport::kFullCamera,
@@ -108,15 +103,12 @@ class DescribedValues : public ::testing::Test {
 };
 
 // Numbers, arrays, records and vectors reach the dump tool's JSON, whose tests
-// check them; a string keeps its length, a stored NUL included.
-TEST_F(DescribedValues, StringsKeepTheirLength) {
+// check them; a string keeps its length, a stored NUL included. Extra
+// arguments come from the context; sizes the output storage cannot hold are
+// refused before the call.
+TEST_F(DescribedValues, StringsKeepTheirLengthAndContextArgumentsReachTheOperation) {
   Put(*request_, "nuvaro.snapshot.imageName", std::vector<uint8_t>{'I', 'M', 'G', '_', '1', 0});
   EXPECT_EQ(Lines{"=\"IMG_1\\0\""}, Call(generic_, "GetImgName"));
-}
-
-// Extra arguments come from the context; sizes the output storage cannot
-// hold are refused before the call.
-TEST_F(DescribedValues, ContextArgumentsReachTheOperation) {
   Put(*request_, "com.nuvaro.camera.sensorpolicy.cropregions",
       std::vector<int32_t>{0, 0, 0, 0, 0, 1, 1, 1, 1, 2, 0, 0, 0, 0, 20, 30, 400, 300,
                            3, 0, 0, 0, 0, 0, 0, 0, 0, 4, 0, 0, 0, 0, 0,  0,  0,   0});
