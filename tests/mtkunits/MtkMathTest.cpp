@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstring>
+#include <tuple>
 #include <vector>
 
 #include "mtk/CropMath.h"
@@ -28,23 +29,15 @@ TEST(FindSensorCrop, FirstMatchAmongTheFirstFourWholeEntriesWins) {
     const auto n = static_cast<uint32_t>(words.size());
     words.insert(words.end(), {id, 1, 2, 3, 4, n, n + 1, n + 2, n + 3});
   }
-  const struct {
-    size_t count;
-    int32_t id;
-    bool found;
-    Quad crop;
-  } kCases[] = {
-      {45, 9, true, {9, 10, 11, 12}},
-      {45, 11, false, {}},  // the fifth entry is not searched
-      {18, 9, true, {9, 10, 11, 12}},
-      {17, 9, false, {}},  // the second entry one word short
-      {8, 7, false, {}},
-      {0, 7, false, {}},
-  };
-  for (const auto& c : kCases) {
+  // Words searched, id; whether found (then the crop is the second entry's).
+  const std::tuple<size_t, int32_t, bool> kCases[] = {
+      {45, 9, true}, {45, 11, false} /* the fifth entry is not searched */,
+      {18, 9, true}, {17, 9, false} /* the second entry one word short */,
+      {8, 7, false}, {0, 7, false}};
+  for (const auto& [count, id, found] : kCases) {
     ChiRect crop{1, 1, 1, 1};
-    EXPECT_EQ(c.found, m::FindSensorCrop(words.data(), c.count, c.id, &crop)) << c.count << " " << c.id;
-    EXPECT_EQ(c.found ? c.crop : (Quad{1, 1, 1, 1}), Q(crop)) << c.count << " " << c.id;
+    EXPECT_EQ(found, m::FindSensorCrop(words.data(), count, id, &crop)) << count << " " << id;
+    EXPECT_EQ((found ? Quad{9, 10, 11, 12} : Quad{1, 1, 1, 1}), Q(crop)) << count << " " << id;
   }
 }
 
@@ -96,14 +89,9 @@ TEST(ApplyShift, MovesTheCropOnlyWhileItStaysOnTheSensor) {
 
 constexpr ChiRect kFull{0, 0, 4000, 3000};  // the active array, and a crop showing all of it
 
-struct MapCase {
-  ChiRect rect, crop;
-  int width, height;
-  Quad expected;
-};
-
 TEST(MapRect, MapsIntoTheOutputImage) {
-  const MapCase cases[] = {
+  // Rect, crop, output width and height, the rect in the output.
+  const std::tuple<ChiRect, ChiRect, int, int, Quad> cases[] = {
       {{400, 300, 800, 600}, kFull, 1000, 750, {100, 75, 200, 150}},                      // same aspect
       {{1400, 1300, 400, 300}, {400, 300, 2000, 1500}, 1000, 750, {500, 500, 200, 150}},  // crop offset
       {{100, 100, 800, 600}, {400, 300, 2000, 1500}, 1000, 750, {0, 0, 400, 300}},  // rect before the crop
@@ -118,10 +106,10 @@ TEST(MapRect, MapsIntoTheOutputImage) {
       {{1000, 300, 500, 500}, kFull, 600, 600, {100, 60, 100, 100}},  // square output: columns cut
       {{400, 300, 500, 500}, kFull, 600, 600, {0, 60, 100, 100}},     // inside the cut columns
   };
-  for (const MapCase& c : cases) {
+  for (const auto& [rect, crop, width, height, expected] : cases) {
     __UtilsImage_Rect out{};
-    ASSERT_TRUE(m::MapRect(c.rect, c.crop, c.width, c.height, kFull, &out)) << "row " << &c - cases;
-    EXPECT_EQ(c.expected, Q(out)) << "row " << &c - cases;
+    ASSERT_TRUE(m::MapRect(rect, crop, width, height, kFull, &out)) << rect.left << "," << rect.top;
+    EXPECT_EQ(expected, Q(out)) << rect.left << "," << rect.top;
   }
 }
 
@@ -157,20 +145,16 @@ TEST(ToInSensorZoom, DoublesTheOffsetFromTheQuarter) {
 TEST(FaceBoxes, CornersMapAndScaleInWrappingArithmetic) {
   const ChiRect active{0, 0, 4000, 3000};
   const int32_t face[m::kFaceWords] = {1200, 900, 1400, 1100, 0, 1, 2, 3, 4};
-  const struct {
-    bool inSensorZoom;
-    uint32_t scale;
-    std::array<int32_t, 4> corners;
-  } kCases[] = {
+  // In-sensor zoom, scale, corners.
+  const std::tuple<bool, uint32_t, std::array<int32_t, 4>> kCases[] = {
       {false, 1, {1200, 900, 1400, 1100}},
       {false, 2, {2400, 1800, 2800, 2200}},
       {true, 1, {400, 300, 800, 700}},  // (c - A/4) * 2
       {true, 2, {800, 600, 1600, 1400}},
   };
-  for (const auto& c : kCases) {
-    const nvholder::FDFaceBox box = m::ScaledBox(m::FaceCorners(face, c.inSensorZoom, active), c.scale);
-    EXPECT_EQ(c.corners, (std::array<int32_t, 4>{box.x0, box.y0, box.x1, box.y1}))
-        << c.inSensorZoom << c.scale;
+  for (const auto& [inSensorZoom, scale, corners] : kCases) {
+    const nvholder::FDFaceBox box = m::ScaledBox(m::FaceCorners(face, inSensorZoom, active), scale);
+    EXPECT_EQ(corners, (std::array<int32_t, 4>{box.x0, box.y0, box.x1, box.y1})) << inSensorZoom << scale;
   }
   const nvholder::FDFaceBox extreme{INT32_MAX, -1, INT32_MIN, 5};
   const nvholder::FDFaceBox doubled = m::ScaledBox(extreme, 2);
@@ -185,11 +169,8 @@ TEST(FaceBoxes, CornersMapAndScaleInWrappingArithmetic) {
 // its size at the origin.
 TEST(Centres, FaceAndRegionCentresAndTheirFallBacks) {
   using P = std::pair<int32_t, int32_t>;
-  const struct {
-    __UtilsImage_Rect rect;
-    P face;  // in a 1920 x 1080 image
-    P region;
-  } kCases[] = {
+  // Rect, face centre in a 1920 x 1080 image, region centre.
+  const std::tuple<__UtilsImage_Rect, P, P> kCases[] = {
       {{100, 100, 200, 100}, {200, 150}, {200, 150}},
       {{1900, 100, 100, 100}, {960, 540}, {1950, 150}},  // right of the image
       {{100, 1050, 100, 100}, {960, 540}, {150, 1100}},  // below it
@@ -197,11 +178,11 @@ TEST(Centres, FaceAndRegionCentresAndTheirFallBacks) {
       {{0, 0, 0, 0}, {960, 540}, {0, 0}},
       {{1918, 1078, 4, 4}, {1920, 1080}, {1920, 1080}},  // on the edge still inside
   };
-  for (const auto& c : kCases) {
-    const __UtilsImage_point face = m::FaceCenter(c.rect, 1920, 1080);
-    const __UtilsImage_point region = m::RegionCenter(c.rect);
-    EXPECT_EQ(c.face, P(face.x, face.y)) << c.rect.left << "," << c.rect.top;
-    EXPECT_EQ(c.region, P(region.x, region.y)) << c.rect.left << "," << c.rect.top;
+  for (const auto& [rect, faceCentre, regionCentre] : kCases) {
+    const __UtilsImage_point face = m::FaceCenter(rect, 1920, 1080);
+    const __UtilsImage_point region = m::RegionCenter(rect);
+    EXPECT_EQ(faceCentre, P(face.x, face.y)) << rect.left << "," << rect.top;
+    EXPECT_EQ(regionCentre, P(region.x, region.y)) << rect.left << "," << rect.top;
   }
 }
 
