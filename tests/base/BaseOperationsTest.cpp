@@ -35,7 +35,7 @@ class BaseTest : public ::testing::Test {
   MetaPtr meta = NewMeta();
 };
 
-TEST_F(BaseTest, ConversionsOfTheFirstElements) {
+TEST_F(BaseTest, ReadsConvertTheStoredValues) {
   const std::pair<float, float> focus[] = {{0.5f, 200}, {0, 1000}, {-2, 1000}, {std::nanf(""), 1000}};
   for (const auto& [dioptres, centimetres] : focus) {  // unusable distances read as 10 m
     Put(*meta, ANDROID_LENS_FOCUS_DISTANCE, std::vector<float>{dioptres});
@@ -58,9 +58,7 @@ TEST_F(BaseTest, ConversionsOfTheFirstElements) {
     ASSERT_EQ(0, helper.GetAndroidAFRegion(meta, reinterpret_cast<nvholder::ChiRect*>(out.data())));
     EXPECT_EQ(expected, out) << region[0];
   }
-}
-
-TEST_F(BaseTest, ZeroDenominatorIsRepairedInTheMetadata) {
+  // A zero denominator is repaired in the metadata.
   std::vector<camera_metadata_rational> ccm(9, {1, 2});
   ccm[4] = {3, 0};
   Put(*meta, ANDROID_COLOR_CORRECTION_TRANSFORM, ccm);
@@ -157,7 +155,7 @@ TEST_F(BaseTest, PhysicalRoleIdsSkipCamerasWithoutRole) {
   EXPECT_EQ((std::vector<int>{1, 40, 20}), roles);
 }
 
-TEST_F(BaseTest, UnknownCamerasFailAndAnUndeclaredRoleListReadsEmpty) {
+TEST_F(BaseTest, UnknownOrMissingCamerasFailAndAnUndeclaredRoleListReadsEmpty) {
   std::vector<int> ids;
   EXPECT_EQ(-1, helper.GetCameraRoleIds(RequestFor(7), ids));
   EXPECT_EQ(-1, helper.GetAndroidLogicalMultiCameraPhysicalRoleIds(RequestFor(7), ids));
@@ -168,9 +166,7 @@ TEST_F(BaseTest, UnknownCamerasFailAndAnUndeclaredRoleListReadsEmpty) {
   EXPECT_EQ(0, helper.GetCameraRoleIds(RequestFor(7), ids));
   EXPECT_TRUE(ids.empty());
   EXPECT_TRUE(log.offline.empty());
-}
-
-TEST_F(BaseTest, RequestWithoutCameraAsksForCameraMinusOneAndCountsAsRear) {
+  // A request without a camera asks for camera -1, and counts as a rear one.
   int role = 0;
   EXPECT_EQ(-1, helper.GetCameraRoleId(meta, &role));
   EXPECT_EQ(StaticMetadataWraper::kNoCamera, StaticMetadataWraper::getInstance()->lastRequestedCameraId());
