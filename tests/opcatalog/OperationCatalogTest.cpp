@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "MtkMetadataHelper.h"
@@ -13,19 +12,12 @@
 
 namespace {
 
-using metahelper::MetaPtr;
+using Helper = metahelper::metadataHelperBase;
 using opcatalog::CallContext;
 using opcatalog::Kind;
 using opcatalog::Operation;
 using testsupport::Put;
 using testsupport::RecordingSink;
-using Lines = std::vector<std::string>;
-
-// Failures are expected by the hundred here: keep both logs quiet.
-const bool kQuietLogs = [] {
-  testsupport::LogCapture::SetSettings(7, 0, 7, 0, 0);
-  return true;
-}();
 
 std::vector<Operation> AllOperations() {
   size_t count = 0;
@@ -33,15 +25,9 @@ std::vector<Operation> AllOperations() {
   return std::vector<Operation>(first, first + count);
 }
 
-// The catalogue's slots and names come from the operation tables; the
-// caller's slot table is the independent account of both. (Kinds and
-// allocations follow from the names and signatures by rule; restating the
-// rule here would prove nothing.)
-struct SlotRow {
-  int slot;
-  const char* name;
-};
-const SlotRow kSlotTable[] = {
+// The catalogue's slots and names come from the operation tables; the caller's
+// slot table is the independent account of both.
+const std::pair<int, std::string> kSlotTable[] = {
 #define HELPER_SLOT(slot, ret, name, params, args) {slot, #name},
 #include "HelperSlots.def"
 #undef HELPER_SLOT
@@ -50,113 +36,54 @@ const SlotRow kSlotTable[] = {
 TEST(OperationTable, FollowsTheCallersSlotTable) {
   const std::vector<Operation> ops = AllOperations();
   ASSERT_EQ(std::size(kSlotTable), ops.size());
-  for (size_t i = 0; i < ops.size(); ++i) {
-    EXPECT_EQ(kSlotTable[i].slot, ops[i].slot) << kSlotTable[i].name;
-    EXPECT_STREQ(kSlotTable[i].name, ops[i].name);
-    EXPECT_NE(nullptr, ops[i].call) << kSlotTable[i].name;
-  }
+  for (size_t i = 0; i < ops.size(); ++i)
+    EXPECT_EQ(kSlotTable[i], std::make_pair(ops[i].slot, std::string(ops[i].name)));
 }
 
-// The sink hears one balanced value exactly when an operation succeeded, and
-// nothing under null outputs. Reads come first, so that no getter meets a tag
-// a setter just wrote shorter than the getter's fixed-size copy. Every
-// container each operation may meet is the row sweep's.
+// The sink hears one balanced value exactly when an operation succeeded, and nothing under null
+// outputs; a null request is refused where it would be read through. Reads come first, so that no
+// getter meets a tag a setter just wrote shorter than the getter's fixed-size copy.
 TEST(EveryOperation, TheSinkHearsExactlyTheSuccesses) {
+  testsupport::LogCapture::SetSettings(7, 0, 7, 0, 0);  // failures by the hundred: both logs quiet
   std::vector<Operation> ops = AllOperations();
   std::stable_partition(ops.begin(), ops.end(), [](const Operation& op) { return op.kind != Kind::Setter; });
   StaticMetadataWraper::getInstance()->setStaticMetadata(testsupport::kFullCamera,
                                                          testsupport::FullContainer());
-  metahelper::metadataHelperBase generic;
+  Helper generic;
   metahelper::MtkMetadataHelper platform;
-  for (metahelper::metadataHelperBase* helper :
-       {&generic, static_cast<metahelper::metadataHelperBase*>(&platform)}) {
-    for (const MetaPtr& request : {testsupport::FullContainer(), std::make_shared<NvMetadata>()}) {
-      for (const bool nullOutputs : {false, true}) {
+  for (Helper* helper : {&generic, static_cast<Helper*>(&platform)})
+    for (const metahelper::MetaPtr& request : {testsupport::FullContainer(), testsupport::NewMeta(), {}})
+      for (const bool nullOutputs : {false, true})
         for (const Operation& op : ops) {
           RecordingSink sink;
-          CallContext context;
-          context.request = request;
-          context.cameraId = testsupport::kFullCamera;
-          context.nullOutputs = nullOutputs;
-          context.sink = &sink;
+          const CallContext context{request, nullptr, nullOutputs, &sink, testsupport::kFullCamera};
           const bool succeeded = opcatalog::Succeeded(op, op.call(*helper, context));
           EXPECT_TRUE(sink.Balanced()) << op.name;
           EXPECT_EQ(op.kind != Kind::Setter && succeeded && !nullOutputs, !sink.lines.empty()) << op.name;
         }
-      }
-    }
-  }
   StaticMetadataWraper::getInstance()->clear();
 }
 
-class DescribedValues : public ::testing::Test {
- protected:
-  void SetUp() override {
-    context_.request = request_;
-    context_.sink = &sink_;
-    auto staticMeta = std::make_shared<NvMetadata>();
-    Put(*staticMeta, ANDROID_SENSOR_INFO_ACTIVE_ARRAY_SIZE, std::vector<int32_t>{0, 0, 4000, 3000});
-    testsupport::BindCamera(*request_, 0, staticMeta);
+// A string keeps its length, a stored NUL included (numbers, arrays and records are the dump
+// tool's tests'). Map sizes the output storage cannot hold are refused without a call.
+TEST(DescribedValues, StringsKeepTheirLengthAndOversizedMapsAreRefused) {
+  Helper helper;
+  RecordingSink sink;
+  CallContext context{testsupport::NewMeta(), nullptr, false, &sink};
+  const auto call = [&](const std::string& name) {
+    sink.lines.clear();
+    const std::vector<Operation> ops = AllOperations();
+    return std::find_if(ops.begin(), ops.end(), [&](const Operation& op) { return name == op.name; })
+        ->call(helper, context);
+  };
+  Put(*context.request, "nuvaro.snapshot.imageName", std::vector<uint8_t>{'I', 'M', 'G', '_', '1', 0});
+  EXPECT_EQ(0, call("GetImgName"));
+  EXPECT_EQ(std::vector<std::string>{"=\"IMG_1\\0\""}, sink.lines);
+  Put(*context.request, ANDROID_STATISTICS_LENS_SHADING_MAP, std::vector<float>(65 * 64 * 4, 1.5f));
+  for (const nvholder::NULSCMapSize size : {nvholder::NULSCMapSize{-1, 3}, {65, 64}}) {
+    context.lscMapSize = size;
+    EXPECT_EQ(-1, call("GetLSC")) << size.width;
   }
-  void TearDown() override { StaticMetadataWraper::getInstance()->clear(); }
-  // What the sink heard from one call of the operation, which must return `result`.
-  Lines Call(metahelper::metadataHelperBase& helper, const std::string& name, int result = 0) {
-    sink_.lines.clear();
-    for (const Operation& op : AllOperations()) {
-      if (name != op.name) continue;
-      EXPECT_EQ(result, op.call(helper, context_)) << name;
-      return sink_.lines;
-    }
-    ADD_FAILURE() << "no operation " << name;
-    return {};
-  }
-  MetaPtr request_ = std::make_shared<NvMetadata>();
-  RecordingSink sink_;
-  CallContext context_;
-  metahelper::metadataHelperBase generic_;
-  metahelper::MtkMetadataHelper platform_;
-};
-
-// Numbers, arrays, records and vectors reach the dump tool's JSON, whose tests
-// check them; a string keeps its length, a stored NUL included.
-TEST_F(DescribedValues, StringsKeepTheirLength) {
-  Put(*request_, "nuvaro.snapshot.imageName", std::vector<uint8_t>{'I', 'M', 'G', '_', '1', 0});
-  EXPECT_EQ(Lines{"=\"IMG_1\\0\""}, Call(generic_, "GetImgName"));
-}
-
-// Extra arguments come from the context; sizes the output storage cannot
-// hold are refused before the call.
-TEST_F(DescribedValues, ContextArgumentsReachTheOperation) {
-  Put(*request_, "com.nuvaro.camera.sensorpolicy.cropregions",
-      std::vector<int32_t>{0, 0, 0, 0, 0, 1, 1, 1, 1, 2, 0, 0, 0, 0, 20, 30, 400, 300,
-                           3, 0, 0, 0, 0, 0, 0, 0, 0, 4, 0, 0, 0, 0, 0,  0,  0,   0});
-  context_.cameraId = 2;
-  EXPECT_EQ((Lines{":nvholder::ChiRect", "left=20", "top=30", "width=400", "height=300", "end"}),
-            Call(platform_, "getPass1CropRegion"));
-
-  Put(*request_, ANDROID_STATISTICS_LENS_SHADING_MAP, std::vector<float>(2 * 3 * 4, 1.5f));
-  const std::tuple<nvholder::NULSCMapSize, int, std::string> maps[] = {
-      {{2, 3}, 0, "#24"}, {{0, 3}, 0, "#0"}, {{-1, 3}, -1, ""}, {{65, 64}, -1, ""}};
-  for (const auto& [size, result, firstLine] : maps) {
-    context_.lscMapSize = size;
-    const Lines lines = Call(generic_, "GetLSC", result);
-    EXPECT_EQ(firstLine, lines.empty() ? "" : lines.front()) << size.width;
-  }
-
-  context_.index = 5;
-  Call(generic_, "SetAnchorFrameIndex");
-  EXPECT_EQ(Lines{"=5"}, Call(generic_, "GetAnchorFrameNum"));
-}
-
-TEST_F(DescribedValues, TwoContainerOperationsWriteTheSecond) {
-  Put(*request_, "com.nuvaro.ultrahdr.gainmapValues", std::vector<float>{0.5f, 2.0f});
-  context_.second = std::make_shared<NvMetadata>();
-  Call(generic_, "UpdateGainMapMeta");
-  EXPECT_EQ(2u, context_.second->find("com.nuvaro.ultrahdr.gainmapValues").count);
-  context_.second.reset();
-  Call(generic_, "UpdateGainMapMeta");  // into a scratch container
-  context_.request.reset();
-  Call(generic_, "UpdateGainMapMeta", -1);  // refused: it would read through null
 }
 
 }  // namespace
