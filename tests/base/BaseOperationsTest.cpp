@@ -42,6 +42,10 @@ TEST_F(BaseTest, ReadsConvertTheStoredValues) {
     EXPECT_EQ(0, helper.GetfocusDistCm(meta, &out));
     EXPECT_EQ(centimetres, out) << dioptres;
   }
+  Put(*meta, ANDROID_FLASH_MODE, std::vector<uint8_t>{200});
+  int mode = -1;
+  EXPECT_EQ(0, helper.GetANDROIDFlashMode(meta, &mode));
+  EXPECT_EQ(200, mode) << "zero-extended, not sign-extended";
   // Inclusive AF bounds become extents in unsigned arithmetic: inverted bounds wrap.
   Put(*meta, ANDROID_CONTROL_AF_REGIONS, std::vector<int32_t>{100, 5, 299, 1, 1});
   nvholder::ChiRect region{};

@@ -106,7 +106,13 @@ TEST_F(MtkTest, ReadsConvertPlatformUnitsAndRecords) {
   I32 panshotWords(19, -7);
   std::memcpy(panshotWords.data(), panshot.values, sizeof panshot.values);
   Put(*meta, MTK_3A_FEATURE_AWB_COLOR_TEMPERATURE, F32{5000});
+  std::vector<uint8_t> gyroBytes(sizeof(nvholder::ChiFrameGyro));  // the record's bytes but its padding
+  for (size_t i = 0; i < gyroBytes.size(); ++i) gyroBytes[i] = static_cast<uint8_t>(i % 251);
+  nvholder::ChiFrameGyro gyro;
+  std::memcpy(&gyro, gyroBytes.data(), sizeof gyro);
+  std::memset(reinterpret_cast<char*>(&gyro) + 4, 0, 4);  // after the count
   // clang-format off
+  ExpectValue(&M::GetGyroInfo, "nuvaro.nvvi.ellc.gyro", gyroBytes, gyro);
   ExpectValue(&M::GetPreviewDarkGainRatio, "nuvaro.ae.dark.tonegain", I32{512}, 0.5f);
   ExpectValue(&M::GetPreviewISPGain, "nuvaro.burst.last.preview.ispGain", I32{6144}, 1.5f);
   ExpectValue(&M::GetMotionVelocity, "nuvaro.ai.nvsd.motionVelocity", I32{7}, nvholder::MotionVelocity{{}, 7.0f, {}});
@@ -247,6 +253,14 @@ TEST_F(MtkCropTest, HolderQueryCarriesTheFrameAndTheNodeType) {
     EXPECT_EQ((std::array<int64_t, 4>{nodeType, 777, kCamera, 1500000000}),
               (std::array<int64_t, 4>{q.nodeType, q.timestamp, q.phyCameraId, fakeadapter::LastInterval()}));
   }
+}
+
+// As on the device, whose adapter looks the camera up with unordered_map::at.
+TEST_F(MtkCropTest, CameraMissingFromTheHoldersTableEndsTheProcess) {
+  fakeadapter::ClearCameras();
+  EXPECT_DEATH(
+      Crop(),
+      "out_of_range was thrown in -fno-exceptions mode with message \"unordered_map::at: key not found\"");
 }
 
 TEST_F(MtkCropTest, Pass1CropIsThePolicyEntryOrTheFullField) {
