@@ -388,7 +388,6 @@ TEST(MetaTextBadInput, NamesFileLineAndProblemAndLoadsNothing) {
   const std::string facing = "android.lens.facing (80005): byte[1]\n";
   const std::string sensitivity = "android.sensor.sensitivity (e0002): int32[1]\n";
   const std::string ccm = "android.colorCorrection.transform (00001): rational[2]\n";
-  const std::string focus = "android.lens.focusDistance (80003): float[1]\n";
   const std::pair<std::string, std::string> rows[] = {
       {"android.lens.facing (80005): int16[1]\n[1 ]\n",
        "dump.txt:1: unknown type 'int16' (byte, int32, float, int64, double, rational)"},
@@ -409,7 +408,8 @@ TEST(MetaTextBadInput, NamesFileLineAndProblemAndLoadsNothing) {
       {sensitivity + "[1.5 ]\n", "dump.txt:2: android.sensor.sensitivity: '1.5' is not a number"},
       {"android.sensor.exposureTime (e0000): int64[1]\n[9223372036854775808 ]\n",
        "dump.txt:2: android.sensor.exposureTime: 9223372036854775808 is out of range for int64"},
-      {focus + "[3.5e38 ]\n", "dump.txt:2: android.lens.focusDistance: 3.5e38 is out of range for float"},
+      {"android.lens.focusDistance (80003): float[1]\n[3.5e38 ]\n",
+       "dump.txt:2: android.lens.focusDistance: 3.5e38 is out of range for float"},
       {"android.jpeg.gpsCoordinates (70000): double[1]\n[1e309 ]\n",
        "dump.txt:2: android.jpeg.gpsCoordinates: 1e309 is out of range for double"},
       {ccm + "[(1 / 2) (3 / 4 ]\n",
