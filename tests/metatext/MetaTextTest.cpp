@@ -67,9 +67,8 @@ std::string Printed(const NvMetadata& meta, const metatext::PrintStyle& style) {
   return out.str();
 }
 
-// A buffer as the platform prints it reads and prints back to the same text;
-// the other styles print their forms. That every style reads back is
-// fuzz/MetaTextFuzzer's check.
+// The platform's print reads and prints back to the same text; that every
+// style reads back is fuzz/MetaTextFuzzer's check.
 TEST_F(MetaText, ReadsAndPrintsAsThePlatform) {
   const std::string text =
       "  Dumping camera metadata array: 11 / 11 entries, 152 / 152 bytes of extra data.\n"
@@ -102,12 +101,10 @@ TEST_F(MetaText, ReadsAndPrintsAsThePlatform) {
   ASSERT_EQ(1u, capture.buffers.size());
   ASSERT_TRUE(capture.buffers[0].meta) << capture.buffers[0].problem.Message();
   const NvMetadata& meta = *capture.buffers[0].meta;
-  // The numbers behind the names; a number the reader got wrong would not
-  // print back.
+  // The numbers behind the names: read and print could err the same way.
   const std::pair<uint32_t, V> values[] = {
       {ANDROID_CONTROL_AE_MODE, V{2}},
       {ANDROID_REQUEST_AVAILABLE_CAPABILITIES, V{0, 1, 3, 200}},
-      {ANDROID_REQUEST_AVAILABLE_REQUEST_KEYS, V{65536, -2147418112, 7}},
       {ANDROID_SCALER_AVAILABLE_STREAM_CONFIGURATIONS, V{34, 0, 1, 0}},
       {ANDROID_EFV_AUTO_ZOOM, V{0}},  // its TRUE is 0
   };
@@ -147,8 +144,6 @@ TEST_F(MetaText, EachOtherFormLoadsOrIsSkippedWithANote) {
        S{"dump.txt:3: android.control.aeMode (10003): the printer did not know its type; skipped"}},
       {"  android.jpeg.gpsCoordinates (70000): double[1]\n    [7.85e1 ]  # a comment\n",
        ANDROID_JPEG_GPS_COORDINATES, V{78.5}},
-      {"  android.colorCorrection.transform (00001): rational[2]\n    [(256 / 256) ( -7/3 ) ]\n",
-       ANDROID_COLOR_CORRECTION_TRANSFORM, V{256, 256, -7, 3}},
       // cut by verbosity 1, by a line '...', by '...' ending a row
       {"  android.tonemap.curveRed (130002): float[20]\n    [1 2 3 4 5 6 7 8 ]\n"
        "    [9 10 11 12 13 14 15 16 ]\n",
@@ -251,12 +246,11 @@ TEST_F(MetaText, FramesTheServicesSectionsAndLabelsTheirBuffers) {
        "entries, 0 / 0 bytes of extra data.\n"
        "01-02 03:04:05.678  1234  1250 D CameraMetadata-JNI:   android.lens.facing (80005): byte[1]\n"
        "------ DUMPSYS (/system/bin/dumpsys) ------\n"
-       "-------------------------------------------------------------------------------\n"
        "DUMP OF SERVICE media.camera:\n== Camera device 0 dynamic info: ==\n    Last request sent:\n" +
            Dumped(6) + "--------- 0.050s was the duration of dumpsys media.camera, ending at: x\n" +
            "DUMP OF SERVICE media.extractor:\n    Last request sent:\n" + Dumped(6),
        S{"5  buffer: dump.txt:6: android.lens.facing has 0 values where its count is 1",
-         "12 0 last request: 1", "19  last request: 1"}},
+         "11 0 last request: 1", "18  last request: 1"}},
       {"vendor tags section",
        kHeader + std::string("  unknownSection.unknownTag (80010003): int32[2]\n    [4 5 ]\n") +
            "== Vendor tags: ==\n  Dumping configured vendor tag descriptors: 1 entries\n"
@@ -267,12 +261,6 @@ TEST_F(MetaText, FramesTheServicesSectionsAndLabelsTheirBuffers) {
            "== Vendor tags: ==\n    0x80010003 (unknownTag) with type 1 (int32) defined in section x\n",
        S{"1  buffer: 0"},
        S{"dump.txt:3: unknownSection.unknownTag (80010003): the dump does not name this tag; skipped"}},
-      {"a vendor tag by name keeps the number and type it was first read with",
-       kHeader + std::string("  com.acme.x (80010000): int32[1]\n    [1 ]\n") + kHeader +
-           "  com.acme.x (80010000): float[1]\n    [1 ]\n",
-       S{"1  buffer: 1", "5  buffer: 0"},
-       S{"dump.txt:7: com.acme.x is int32 in the vendor tags read before, but the dump says float; left "
-         "out"}},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.what);
@@ -295,7 +283,6 @@ TEST_F(MetaText, ReadsEachLogcatFormatAndKeepsOtherSourcesApart) {
       {"threadtime", "01-02 03:04:05.678  1234  1250 D CameraMetadata-JNI: %"},
       {"threadtime year uid nsec zone", "2025-01-02 03:04:05.678123456 +0100 10123  1234  1250 D Camera: %"},
       {"epoch", "        1735787045.678  1234  1250 D CameraMetadata-JNI: %"},
-      {"brief", "D/CameraMetadata-JNI( 1234): %"},
       {"time", "01-02 03:04:05.678 D/CameraMetadata-JNI(10123: 1234): %"},
       {"process", "D( 1234) %  (CameraMetadata-JNI)"},
       {"tag", "D/CameraMetadata-JNI: %"},
@@ -329,14 +316,6 @@ TEST_F(MetaText, ReadsEachLogcatFormatAndKeepsOtherSourcesApart) {
   }
 }
 
-// A container that already holds one entry, to show a refused text keeps it.
-NvMetadata Prefilled() {
-  NvMetadata meta;
-  const int32_t sensitivity = 800;
-  meta.update(ANDROID_SENSOR_SENSITIVITY, &sensitivity, 1);
-  return meta;
-}
-
 bool Parse(const std::string& text, NvMetadata* meta, metatext::Problem* problem, S* notes = nullptr) {
   std::istringstream in(text);
   std::vector<metatext::Problem> found;
@@ -348,13 +327,10 @@ bool Parse(const std::string& text, NvMetadata* meta, metatext::Problem* problem
 // Each problem once: its message and line, and the container left as it was.
 TEST(MetaTextBadInput, NamesFileLineAndProblemAndLoadsNothing) {
   const std::string facing = "android.lens.facing (80005): byte[1]\n";
-  const std::string sensitivity = "android.sensor.sensitivity (e0002): int32[1]\n";
   const std::string ccm = "android.colorCorrection.transform (00001): rational[2]\n";
   const std::pair<std::string, std::string> rows[] = {
       {"android.lens.facing (80005): int16[1]\n[1 ]\n",
        "dump.txt:1: unknown type 'int16' (byte, int32, float, int64, double, rational)"},
-      {"android.lens.facing (80005): byte[x]\n",
-       "dump.txt:1: android.lens.facing: count 'x' is not a number"},
       {"android.lens.facing (80005): byte[600000]\n[1 ...]\nandroid.lens.state (80006): byte[600000]\n",
        "dump.txt:3: android.lens.state: a count of 600000 takes the buffer past its limit of 1048576 values"},
       {facing + "[1 2 ]\n", "dump.txt:2: more values than the 1 that android.lens.facing at line 1 declares"},
@@ -362,9 +338,8 @@ TEST(MetaTextBadInput, NamesFileLineAndProblemAndLoadsNothing) {
        "dump.txt:1: android.tonemap.curveRed has 15 values where its count is 17"},
       {"android.efv.autoZoom (220002): byte[1]\n[ON ]\n",
        "dump.txt:2: android.efv.autoZoom: 'ON' is neither a number nor one of the tag's value names"},
-      {sensitivity + "[2147483648 ]\n",
-       "dump.txt:2: android.sensor.sensitivity: 2147483648 is out of range for int32"},
-      {sensitivity + "[1.5 ]\n", "dump.txt:2: android.sensor.sensitivity: '1.5' is not a number"},
+      {"android.sensor.sensitivity (e0002): int32[1]\n[1.5 ]\n",
+       "dump.txt:2: android.sensor.sensitivity: '1.5' is not a number"},
       {"android.sensor.exposureTime (e0000): int64[1]\n[9223372036854775808 ]\n",
        "dump.txt:2: android.sensor.exposureTime: 9223372036854775808 is out of range for int64"},
       {"android.lens.focusDistance (80003): float[1]\n[3.5e38 ]\n",
@@ -397,7 +372,9 @@ TEST(MetaTextBadInput, NamesFileLineAndProblemAndLoadsNothing) {
   };
   for (const auto& [text, message] : rows) {
     SCOPED_TRACE(text);
-    NvMetadata meta = Prefilled();
+    NvMetadata meta;
+    const int32_t iso = 800;
+    meta.update(ANDROID_SENSOR_SENSITIVITY, &iso, 1);
     metatext::Problem problem;
     EXPECT_FALSE(Parse(text, &meta, &problem));
     EXPECT_EQ(message, problem.Message());
@@ -410,7 +387,7 @@ TEST(MetaTextBadInput, NamesFileLineAndProblemAndLoadsNothing) {
 // and benchmarks load requests; names the registry does not know are
 // skipped since no vendor table is given.
 TEST(MetaTextParse, LoadsOneBufferWithItsNotesOrSaysWhyNot) {
-  NvMetadata meta = Prefilled();
+  NvMetadata meta;
   metatext::Problem problem;
   S notes;
   ASSERT_TRUE(
@@ -419,15 +396,11 @@ TEST(MetaTextParse, LoadsOneBufferWithItsNotesOrSaysWhyNot) {
             &meta, &problem, &notes))
       << problem.Message();
   EXPECT_EQ(S{"dump.txt:4: unknown tag vendor.unknown.tag (c0ffee00) skipped"}, notes);
-  EXPECT_EQ(1u, meta.entryCount());
   EXPECT_EQ(V{0}, Values(meta, ANDROID_LENS_FACING));
 
   EXPECT_FALSE(metatext::ParseFile("/nonexistent/request.txt", &meta, &problem));
   EXPECT_EQ("/nonexistent/request.txt: cannot open: No such file or directory", problem.Message());
   EXPECT_FALSE(metatext::ParseFile("/", &meta, &problem));  // opens, but cannot be read
-  EXPECT_EQ("/: cannot read the file", problem.Message());
-  Capture capture;
-  EXPECT_FALSE(metatext::ReadFile("/", nullptr, &capture, &problem));
   EXPECT_EQ("/: cannot read the file", problem.Message());
   EXPECT_EQ(1u, meta.entryCount());
 }
