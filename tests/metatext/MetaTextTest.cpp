@@ -1,7 +1,6 @@
 // The dump reader and printer: constructs, framing of whole dumps, logcat, bad input.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -172,12 +171,13 @@ TEST_F(MetaText, EachOtherFormLoadsOrIsSkippedWithANote) {
   }
 }
 
-// "line camera kind (detail): entries" for each buffer.
+// "line camera kind (detail) stale: entries" for each buffer.
 S Describe(const Capture& capture) {
   S described;
   for (const Buffer& b : capture.buffers) {
     std::string text = std::to_string(b.line) + " " + b.camera + " " + metatext::KindName(b.kind);
     if (!b.detail.empty()) text += " (" + b.detail + ")";
+    if (b.stale) text += " stale";
     text += b.meta ? ": " + std::to_string(b.meta->entryCount()) : ": " + b.problem.Message();
     described.push_back(text);
   }
