@@ -68,9 +68,8 @@ std::string WriteFile(const std::string& name, const std::string& text) {
 
 // The first operation of that name (overloads share one).
 Json Operation(const Json& buffer, const std::string& name) {
-  for (const Json& operation : buffer["operations"]) {
+  for (const Json& operation : buffer["operations"])
     if (operation["operation"] == name) return operation;
-  }
   ADD_FAILURE() << name << " not run";
   return {};
 }
@@ -83,8 +82,6 @@ Json Rect(int left, int top, int width, int height) {
 TEST(DumpExample, ListsEveryBufferWithItsCameraKindAndSession) {
   std::vector<std::string> listed;  // "buffer camera kind [stale]"
   for (const Json& buffer : RunJson({kDump, "--list"})) {
-    EXPECT_EQ(kDump, buffer["file"]);
-    EXPECT_GT(buffer["entries"].get<int>(), 0);
     listed.push_back(buffer["buffer"].dump() + " " + buffer["camera"].get<std::string>() + " " +
                      buffer["kind"].get<std::string>() + (buffer["stale"].get<bool>() ? " stale" : ""));
   }
@@ -93,17 +90,14 @@ TEST(DumpExample, ListsEveryBufferWithItsCameraKindAndSession) {
                                       "6 4 physical camera characteristics", "7 2 static characteristics",
                                       "8 2 latest result stale", "9 2 last request stale"}),
             listed);  // the last two from the previous session's block
-  const std::vector<std::string> table = Lines(RunTool({kDump, "--list"}).out);
-  ASSERT_EQ(10u, table.size());
-  EXPECT_NE(std::string::npos, table[9].find(":2607  2       last request")) << table[9];
-  EXPECT_NE(std::string::npos, table[9].find("stale  36")) << table[9];
 }
 
 // Each request and result is answered from the static characteristics of its
 // own camera: the request's framework id picks them, and a physical frame,
 // which carries none, is asked about the camera the dump shows it under.
 // Camera 0's last request (buffer 3) also gives the values
-// examples/camera_dump/README.md works out that need the tool's context.
+// examples/camera_dump/README.md works out that need the tool's context. The
+// run leaves the process's statics and vendor tag table as it found them.
 TEST(DumpExample, ReplaysEveryRequestAndResultWithItsOwnCamerasStatics) {
   struct Row {
     unsigned buffer;
@@ -123,7 +117,17 @@ TEST(DumpExample, ReplaysEveryRequestAndResultWithItsOwnCamerasStatics) {
   };
   Args args = {kDump, "--only", "GetActiveArraySize", "--only", "GetAndroidLogicalMultiCameraPhysicalIds"};
   for (const auto& [name, value] : worked) args.insert(args.end(), {"--only", name});
+  StaticMetadataWraper* store = StaticMetadataWraper::getInstance();
+  const auto mine = std::make_shared<NvMetadata>();
+  store->setStaticMetadata(0, mine);
+  const NvVendorTagTable table;
+  NvMetadata::setVendorTagTable(&table);
   const Json dump = RunJson(args);
+  EXPECT_EQ(&table, NvMetadata::getVendorTagTable());
+  EXPECT_EQ(mine, store->getStaticMetadata(0));
+  for (const unsigned camera : {2u, 3u, 4u}) EXPECT_EQ(nullptr, store->getStaticMetadata(camera)) << camera;
+  NvMetadata::setVendorTagTable(nullptr);
+  store->clear();
   ASSERT_EQ(std::size(expected), dump.size());
   for (size_t i = 0; i < dump.size(); ++i) {
     SCOPED_TRACE(expected[i].buffer);
@@ -133,20 +137,6 @@ TEST(DumpExample, ReplaysEveryRequestAndResultWithItsOwnCamerasStatics) {
               Operation(dump[i], "GetAndroidLogicalMultiCameraPhysicalIds")["value"]);
   }
   for (const auto& [name, value] : worked) EXPECT_EQ(value, Operation(dump[2], name)["value"]) << name;
-}
-
-TEST(DumpExample, LeavesTheProcessAsItFoundIt) {
-  StaticMetadataWraper* store = StaticMetadataWraper::getInstance();
-  const auto mine = std::make_shared<NvMetadata>();
-  store->setStaticMetadata(0, mine);
-  const NvVendorTagTable table;
-  NvMetadata::setVendorTagTable(&table);
-  RunJson({kDump, "--only", "IsRearCamera"});
-  EXPECT_EQ(&table, NvMetadata::getVendorTagTable());
-  EXPECT_EQ(mine, store->getStaticMetadata(0));
-  for (const unsigned camera : {2u, 3u, 4u}) EXPECT_EQ(nullptr, store->getStaticMetadata(camera)) << camera;
-  NvMetadata::setVendorTagTable(nullptr);
-  store->clear();
 }
 
 // ---- Texts of a few lines ------------------------------------------------------
@@ -171,6 +161,8 @@ const std::string kExposure = "android.sensor.exposureTime (e0000): int64[1]\n  
 // ---- Runs of a few lines: the options, bad input, exit statuses -------------------
 // Each run is in JSON unless it names its --format: its exit status, a text
 // its stdout holds ("": prints nothing) and one its stderr holds ("": quiet).
+// The library's own log stays off the process's stderr even when the user's
+// environment turns every level on, and that level comes back after each run.
 TEST(DumpRuns, EachRunsStatusOutputAndMessage) {
   const std::string good = WriteFile("good.txt", Buffer(kExposure));
   const std::string plain = WriteFile("plain.txt", "  " + kExposure);  // no camera, no header
@@ -257,14 +249,13 @@ TEST(DumpRuns, EachRunsStatusOutputAndMessage) {
       {{noBuffer}, 2, "", noBuffer + ": holds no camera metadata buffer"},
       {{good, "--static", "5=" + kDump}, 2, "", kDump + ": holds no static characteristics of camera 5"},
       {{mixed}, 1, R"("buffer":1,)", mixed + ":12: "},
-      {{mixed, "--list"}, 0, R"("problem":)", mixed + ":12: "},
+      {{mixed, "--list", "--format", "table"}, 0, " unreadable\n", mixed + ":12: "},
       {{good, mixed}, 1, R"("buffer":2,"file":")" + mixed, mixed + ":12: "},
       {{external}, 0, R"("buffer":1,)", "note: " + external + ":9: camera id 'usb-1' is not a number"},
       // bad command lines
       {{}, 2, "", "FILE"},
       {{good, "--bogus"}, 2, "", "--bogus"},
       {{good, "--static", "front.txt"}, 2, "", "ID=FILE"},
-      {{good, "--static", "4294967296=front.txt"}, 2, "", "ID=FILE"},
       {{good, "--static", "0=" + good, "--static", "0=" + good}, 2, "", "camera 0 given twice"},
       {{good, "--format", "xml"}, 2, "", "xml"},
       {{good, "--log", "loud"}, 2, "", "loud"},
@@ -272,10 +263,11 @@ TEST(DumpRuns, EachRunsStatusOutputAndMessage) {
       {{good, "--buffer", "0"}, 2, "", "--buffer"},
       {{good, "--buffer", "2"}, 2, "", "--buffer 2: the input holds 1 buffers"},
       {{good, "--camera", "front"}, 2, "", "--camera"},
-      {{good, "--sensor-size", "4000"}, 2, "", "WIDTHxHEIGHT"},
       {{good, "--image-size", "0x1080"}, 2, "", "WIDTHxHEIGHT"},
       {{"--help"}, 0, "Exit status", ""},
   };
+  gNvCamLogLevel = 2;  // every level on
+  testing::internal::CaptureStderr();
   for (const Run& run : runs) {
     SCOPED_TRACE(testing::PrintToString(run.args));
     Args args = run.args;
@@ -288,25 +280,12 @@ TEST(DumpRuns, EachRunsStatusOutputAndMessage) {
     EXPECT_EQ(run.err.empty(), outcome.err.empty());
     EXPECT_NE(std::string::npos, outcome.err.find(run.err)) << outcome.err;
     EXPECT_LE(Lines(outcome.err).size(), 2u);  // one message; a bad command line adds where help is
+    EXPECT_EQ(2u, gNvCamLogLevel);
   }
+  EXPECT_EQ("", testing::internal::GetCapturedStderr());
+  gNvCamLogLevel = 6;
   const Json replayed = Json::parse(RunTool({good, mixed, "--format", "json"}).out);
   EXPECT_EQ(2u, replayed.size());  // the bad one is left out
-  const std::string listed = Lines(RunTool({mixed, "--list"}).out)[2];
-  EXPECT_EQ(listed.size() - 10, listed.find("unreadable")) << listed;
-}
-
-// Without --log the library stays off stderr even when the user's environment
-// turns every level on, and the process's level comes back after each run.
-TEST(DumpLog, TheLibraryStaysOffStderrAndItsLevelComesBack) {
-  const std::string request = WriteFile("plain_request.txt", "  " + kExposure);
-  gNvCamLogLevel = 2;  // every level on
-  testing::internal::CaptureStderr();
-  RunJson({request, "--only", "GetUIEV", "--log", "verbose"});
-  EXPECT_EQ(2u, gNvCamLogLevel);
-  RunJson({request, "--only", "GetUIEV"});
-  EXPECT_EQ("", testing::internal::GetCapturedStderr());
-  EXPECT_EQ(2u, gNvCamLogLevel);
-  gNvCamLogLevel = 6;
 }
 
 // ---- The output forms ---------------------------------------------------------------
@@ -330,9 +309,11 @@ metatext::Buffer ABuffer() {
   return buffer;
 }
 
+// A value too wide continues under the value column, a record's fields
+// under its first; the log under the row.
 TEST(DumpTable, WideValuesContinueUnderTheValueColumn) {
   dump::Value many = dump::Value::array(), faces = {{"faceCount", 3}, {"faces", dump::Value::array()}};
-  for (int i = 0; i < 300; ++i) many.push_back(i * 1000);
+  for (int i = 0; i < 30; ++i) many.push_back(i * 1000);
   for (int i = 0; i < 3; ++i)
     faces["faces"].push_back({{"rect", {{"left", 100 * i}, {"width", 40}}}, {"label", "a\"b"}});
   const metatext::Buffer buffer = ABuffer();
@@ -346,27 +327,20 @@ TEST(DumpTable, WideValuesContinueUnderTheValueColumn) {
        }}};
   std::ostringstream out;
   dump::PrintTable(runs, {true, false}, out);
-  const std::vector<std::string> lines = Lines(out.str());
-  EXPECT_EQ("buffer 4: dump.txt:7, camera 2, last request, stale, 0 entries", lines[0]);
-  const size_t column = lines[1].find("value");
-  EXPECT_EQ("   3  GetShort          0  7", lines[2]);
-  size_t rows = 0;
-  for (size_t i = 1; i < lines.size(); ++i) {
-    const std::string& line = lines[i];
-    EXPECT_LE(line.size(), 128u) << line;
-    if (line.find_first_not_of(' ') == 6) continue;  // a log line
-    if (line[3] != ' ') {  // a row: its slot number ends there, its value starts in the column
-      ++rows;
-      EXPECT_NE(' ', line[column]) << line;
-    } else {  // a continuation: nothing left of the value column
-      EXPECT_EQ(std::string(column, ' '), line.substr(0, column)) << line;
-    }
-  }
-  EXPECT_EQ(5u, rows);  // header and four operations
-  EXPECT_EQ(" 188  GetFocusROI      -1  -", lines.back());
-  for (const char* text : {"299000]\n", "\n      W File.cpp:12 GetFaceRect() \"no face\"\n",
-                           "{rect={left=200 width=40} label=\"a\\\"b\"}"})
-    EXPECT_NE(std::string::npos, out.str().find(text)) << text;
+  EXPECT_EQ(
+      "buffer 4: dump.txt:7, camera 2, last request, stale, 0 entries\n"
+      "slot  operation    result  value\n"
+      "   3  GetShort          0  7\n"
+      "  41  GetLSC            0  [0 1000 2000 3000 4000 5000 6000 7000 8000 9000 10000 11000 12000 13000 "
+      "14000 15000 16000 17000 18000\n"
+      "                            19000 20000 21000 22000 23000 24000 25000 26000 27000 28000 29000]\n"
+      " 187  GetFaceRect       0  faceCount=3\n"
+      "                           faces=[{rect={left=0 width=40} label=\"a\\\"b\"} {rect={left=100 width=40} "
+      "label=\"a\\\"b\"}\n"
+      "                                  {rect={left=200 width=40} label=\"a\\\"b\"}]\n"
+      "      W File.cpp:12 GetFaceRect() \"no face\"\n"
+      " 188  GetFocusROI      -1  -\n",
+      out.str());
 }
 
 TEST(DumpJson, OneObjectPerBufferWithItsOperationsAndBadTextReplaced) {
@@ -374,11 +348,10 @@ TEST(DumpJson, OneObjectPerBufferWithItsOperationsAndBadTextReplaced) {
   std::ostringstream out;
   dump::PrintJson({{{4, &buffer, nullptr}, {{9, "GetImgName", 0, std::string("IMG\xff"), {}, {}}}}}, false,
                   out);
-  const Json dump = Json::parse(out.str());
   EXPECT_EQ(Json::parse(R"([{"buffer":4,"file":"dump.txt","line":7,"camera":"2","kind":"last request",
       "detail":"","stale":true,"entries":0,"operations":[{"slot":9,"operation":"GetImgName","result":0,
       "value":"IMG\uFFFD","tags":[]}]}])"),
-            dump);
+            Json::parse(out.str()));
 }
 
 }  // namespace
