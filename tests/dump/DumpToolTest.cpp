@@ -28,8 +28,7 @@ const std::string kDump = std::string(EXAMPLE_DIR) + "/media.camera.txt";
 
 struct Outcome {
   int status;
-  std::string out;
-  std::string err;
+  std::string out, err;
 };
 
 Outcome RunTool(Args args) {
@@ -49,13 +48,6 @@ Json RunJson(Args args) {
   EXPECT_EQ(0, outcome.status) << outcome.err;
   EXPECT_EQ("", outcome.err);  // no notes, and the library's log stays off stderr
   return Json::parse(outcome.out);
-}
-
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
 }
 
 // ctest runs each case in its own process, in parallel: the process id keeps
@@ -78,13 +70,11 @@ Json Rect(int left, int top, int width, int height) {
   return {{"left", left}, {"top", top}, {"width", width}, {"height", height}};
 }
 
-// ---- The shipped dump ---------------------------------------------------------
 TEST(DumpExample, ListsEveryBufferWithItsCameraKindAndSession) {
   std::vector<std::string> listed;  // "buffer camera kind [stale]"
-  for (const Json& buffer : RunJson({kDump, "--list"})) {
+  for (const Json& buffer : RunJson({kDump, "--list"}))
     listed.push_back(buffer["buffer"].dump() + " " + buffer["camera"].get<std::string>() + " " +
                      buffer["kind"].get<std::string>() + (buffer["stale"].get<bool>() ? " stale" : ""));
-  }
   EXPECT_EQ((std::vector<std::string>{"1 0 latest result", "2 3 physical result", "3 0 last request",
                                       "4 0 static characteristics", "5 3 physical camera characteristics",
                                       "6 4 physical camera characteristics", "7 2 static characteristics",
@@ -92,10 +82,9 @@ TEST(DumpExample, ListsEveryBufferWithItsCameraKindAndSession) {
             listed);  // the last two from the previous session's block
 }
 
-// Each request and result is answered from the static characteristics of its
-// own camera: the request's framework id picks them, and a physical frame,
-// which carries none, is asked about the camera the dump shows it under.
-// Camera 0's last request (buffer 3) also gives the values
+// Each request and result is answered from its own camera's statics: the
+// request's framework id picks them; a physical frame, which carries none, is
+// asked about the camera the dump shows it under. Buffer 3 gives the values
 // examples/camera_dump/README.md works out that need the tool's context. The
 // run leaves the process's statics and vendor tag table as it found them.
 TEST(DumpExample, ReplaysEveryRequestAndResultWithItsOwnCamerasStatics) {
@@ -139,7 +128,6 @@ TEST(DumpExample, ReplaysEveryRequestAndResultWithItsOwnCamerasStatics) {
   for (const auto& [name, value] : worked) EXPECT_EQ(value, Operation(dump[2], name)["value"]) << name;
 }
 
-// ---- Texts of a few lines ------------------------------------------------------
 // One buffer as the service prints it, `indentation` deep, holding `entries`
 // (each entry line followed by its values line, indented by two).
 std::string Buffer(const std::string& entries, int indentation = 0) {
@@ -158,7 +146,6 @@ std::string LastRequestOf(int camera, const std::string& entries) {
 
 const std::string kExposure = "android.sensor.exposureTime (e0000): int64[1]\n  [10000000 ]\n";
 
-// ---- Runs of a few lines: the options, bad input, exit statuses -------------------
 // Each run is in JSON unless it names its --format: its exit status, a text
 // its stdout holds ("": prints nothing) and one its stderr holds ("": quiet).
 // The library's own log stays off the process's stderr even when the user's
@@ -216,24 +203,12 @@ TEST(DumpRuns, EachRunsStatusOutputAndMessage) {
        R"("rect":{"left":345,"top":94,"width":206,"height":246})",
        ""},
       // each --log level shows its lines and those above; the tags looked up
-      {{plain, "--only", "GetUIEV", "--log", "error"},
-       0,
-       R"("tags":[{"tag":"nuvaro.ae.exposureCompensation","from":"request","found":false}],"log":[]})",
-       ""},
-      {{plain, "--only", "GetUIEV", "--log", "w"},
-       0,
-       R"("log":[{"level":"W","file":"MtkMetadataHelper.cpp")",
-       ""},
-      {{plain, "--only", "GetUIEV", "--log", "Verbose"},
-       0,
-       R"("log":[{"level":"V","file":"metadataHelperBase.cpp")",
-       ""},
+      {{plain, "--only", "GetUIEV", "--log", "error"}, 0, R"("found":false}],"log":[]})", ""},
+      {{plain, "--only", "GetUIEV", "--log", "w"}, 0, R"("log":[{"level":"W",)", ""},
+      {{plain, "--only", "GetUIEV", "--log", "Verbose"}, 0, R"("log":[{"level":"V",)", ""},
       // an answer resting on an entry the dump cut short; the table marks it
       // even without --tags
-      {{cut, "--only", "GetGTMTable"},
-       0,
-       R"([{"tag":"nuvaro.hdr.gtm.curve","from":"request","found":true,"cut":true}])",
-       "16 of 20 values printed"},
+      {{cut, "--only", "GetGTMTable"}, 0, R"("found":true,"cut":true})", "16 of 20 values printed"},
       {{cut, "--only", "GetGTMTable", "--format", "table"},
        0,
        "\n      found    nuvaro.hdr.gtm.curve (request)  ! the dump printed only part of it\n",
@@ -256,6 +231,7 @@ TEST(DumpRuns, EachRunsStatusOutputAndMessage) {
       {{}, 2, "", "FILE"},
       {{good, "--bogus"}, 2, "", "--bogus"},
       {{good, "--static", "front.txt"}, 2, "", "ID=FILE"},
+      {{good, "--static", "4294967296=front.txt"}, 2, "", "ID=FILE"},
       {{good, "--static", "0=" + good, "--static", "0=" + good}, 2, "", "camera 0 given twice"},
       {{good, "--format", "xml"}, 2, "", "xml"},
       {{good, "--log", "loud"}, 2, "", "loud"},
@@ -279,7 +255,8 @@ TEST(DumpRuns, EachRunsStatusOutputAndMessage) {
     EXPECT_NE(std::string::npos, outcome.out.find(run.out)) << outcome.out;
     EXPECT_EQ(run.err.empty(), outcome.err.empty());
     EXPECT_NE(std::string::npos, outcome.err.find(run.err)) << outcome.err;
-    EXPECT_LE(Lines(outcome.err).size(), 2u);  // one message; a bad command line adds where help is
+    // one message; a bad command line adds where help is
+    EXPECT_LE(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 2);
     EXPECT_EQ(2u, gNvCamLogLevel);
   }
   EXPECT_EQ("", testing::internal::GetCapturedStderr());
@@ -288,7 +265,6 @@ TEST(DumpRuns, EachRunsStatusOutputAndMessage) {
   EXPECT_EQ(2u, replayed.size());  // the bad one is left out
 }
 
-// ---- The output forms ---------------------------------------------------------------
 TEST(DumpRealText, ShortestTextThatReadsBackAsTheSameValue) {
   const std::pair<double, const char*> cases[] = {
       {0.1f, "0.1"},          {1.0f / 3, "0.33333334"},     {80.0f, "80.0"},
@@ -309,8 +285,7 @@ metatext::Buffer ABuffer() {
   return buffer;
 }
 
-// A value too wide continues under the value column, a record's fields
-// under its first; the log under the row.
+// Too wide a value continues under its column, a record's under its first field.
 TEST(DumpTable, WideValuesContinueUnderTheValueColumn) {
   dump::Value many = dump::Value::array(), faces = {{"faceCount", 3}, {"faces", dump::Value::array()}};
   for (int i = 0; i < 30; ++i) many.push_back(i * 1000);
