@@ -241,9 +241,10 @@ TEST_F(MetaText, FramesTheServicesSectionsAndLabelsTheirBuffers) {
            "== Vendor tags: ==\n  Dumping configured vendor tag descriptors: 1 entries\n"
            "    0x80010003 (mode) with type 1 (int32) defined in section com.acme.feature\n",
        S{"1  buffer: 1"}},
-      {"vendor tags section naming a tag as the printer names none: it stays unnamed",
+      {"vendor tags section naming a tag as the printer names none, or as no entry line: it stays unnamed",
        kHeader + std::string("  unknownSection.unknownTag (80010003): int32[2]\n    [4 5 ]\n") +
-           "== Vendor tags: ==\n    0x80010003 (unknownTag) with type 1 (int32) defined in section x\n",
+           "== Vendor tags: ==\n    0x80010003 (unknownTag) with type 1 (int32) defined in section x\n"
+           "    0x80010003 () with type 1 (int32) defined in section [4]\n",  // would print as values
        S{"1  buffer: 0"},
        S{"dump.txt:3: unknownSection.unknownTag (80010003): the dump does not name this tag; skipped"}},
   };

@@ -24,10 +24,12 @@ inline bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 // Tag names are printable and cannot hold the blank or parentheses around
 // the number that follows them in an entry line, nor a comment's '#'.
 inline bool IsTagNameCharacter(char c) { return c > ' ' && c <= '~' && c != '(' && c != ')' && c != '#'; }
+// A name that opens with '[' would print as a line of values, never read
+// back as an entry.
 inline bool IsTagName(std::string_view name) {
   for (char c : name)
     if (!IsTagNameCharacter(c)) return false;
-  return !name.empty();
+  return !name.empty() && name[0] != '[';
 }
 
 inline bool StartsWith(std::string_view text, std::string_view prefix) {
