@@ -1,17 +1,12 @@
-// The metadata container under random sequences of operations, checked after
-// each one against a plain model (a std::map of tag to type and bytes).
-//
-// Two containers take turns; the input picks each operation and its
-// arguments. Besides what the model says each lookup must return, the
-// container's own promises are checked: element data 8-byte aligned and
-// zero-padded to whole words, writable in place, and never moved while other
-// tags come and go (the table growing past a hundred tags among them);
-// entries listed in number order; counts whose size overflows refused. Any difference is a finding.
+// Two metadata containers under operations the input picks, checked against a
+// plain model (a std::map of tag to type and bytes), and for the container's
+// own promises: element data 8-byte aligned, zero-padded to whole words,
+// writable in place and never moved while other tags come and go (past a
+// hundred tags too); entries in number order; overflowing counts refused.
 #include <NvMetadata.h>
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <iterator>
 #include <map>
@@ -23,11 +18,7 @@
 
 namespace {
 
-using fuzzsupport::kElementSize;
-using fuzzsupport::kRegisteredTagCount;
-using fuzzsupport::kRegisteredTags;
-using fuzzsupport::RegisteredTag;
-using fuzzsupport::Require;
+using namespace fuzzsupport;
 
 struct ModelEntry {
   uint8_t type;
@@ -38,29 +29,18 @@ struct ModelEntry {
 struct Subject {
   NvMetadata meta;
   std::map<uint32_t, ModelEntry> model;
-  // Data pointers handed out since the tag was last written: the container
-  // promises they stay put while other tags change.
+  // Data pointers handed out since the tag was last written (every write
+  // forgets its tag's): they must stay put while other tags change.
   std::map<uint32_t, const uint8_t*> seen;
-
-  void Reset() {
-    model.clear();
-    seen.clear();
-  }
 };
 
-const RegisteredTag* Registered(uint32_t tag) {
+// The table's entry for a number, or for a name.
+const RegisteredTag* Registered(uint32_t tag, const char* name = nullptr) {
   for (const RegisteredTag& known : kRegisteredTags)
-    if (known.tag == tag) return &known;
+    if (name != nullptr ? std::strcmp(known.name, name) == 0 : known.tag == tag) return &known;
   return nullptr;
 }
 
-const RegisteredTag* RegisteredByName(const char* name) {
-  for (const RegisteredTag& known : kRegisteredTags)
-    if (std::strcmp(known.name, name) == 0) return &known;
-  return nullptr;
-}
-
-// ---- Checks ----------------------------------------------------------------
 void CheckEntry(Subject& subject, uint32_t tag) {
   const camera_metadata_ro_entry entry = subject.meta.find(tag);
   const auto modelled = subject.model.find(tag);
@@ -87,24 +67,22 @@ void CheckAll(Subject& subject) {
   for (const auto& [tag, entry] : subject.model) CheckEntry(subject, tag);
 }
 
-// After every step while the container is small; once it holds most tags,
-// every eighth step (and at the end), which keeps the runs fast.
-void CheckSoon(Subject& subject, int step) {
-  if (subject.model.size() < 64 || step % 8 == 0) CheckAll(subject);
-}
-
-// Name and number lookups of a registered tag find the same entry.
-void CheckByName(Subject& subject, const RegisteredTag& tag) {
-  const camera_metadata_ro_entry byName = subject.meta.find(tag.name);
-  const camera_metadata_ro_entry byNumber = subject.meta.find(tag.tag);
+// The name lookup hashes only part of a name: a name is found only when it is
+// a registered one, and then as that tag, finding the same entry.
+void CheckByName(Subject& subject, const std::string& name) {
+  const RegisteredTag* known = Registered(0, name.c_str());
+  unsigned int number = 0xDEADu;  // no tag, left as it is by an unknown name
+  Require((NvMetadata::getTagFromName(name.c_str(), &number) == 0) == (known != nullptr));
+  Require(number == (known != nullptr ? known->tag : 0xDEADu));
+  const camera_metadata_ro_entry byName = subject.meta.find(name.c_str());
+  const camera_metadata_ro_entry byNumber = subject.meta.find(number);
   Require(byName.count == byNumber.count && byName.data.u8 == byNumber.data.u8);
 }
 
-// ---- Operations ------------------------------------------------------------
 // Mostly a registered tag; else any number, the table's free-slot marker
 // (all ones) often among them.
 uint32_t AnyTag(FuzzedDataProvider& in) {
-  if (in.ConsumeIntegralInRange<int>(0, 7) != 0) return fuzzsupport::AnyRegisteredTag(in).tag;
+  if (in.ConsumeIntegralInRange<int>(0, 7) != 0) return AnyRegisteredTag(in).tag;
   return in.ConsumeBool() ? 0xFFFFFFFFu : in.ConsumeIntegral<uint32_t>();
 }
 
@@ -122,10 +100,9 @@ void Update(FuzzedDataProvider& in, Subject& subject, Subject&) {
                 : in.ConsumeIntegralInRange<size_t>(0, 40);
   const bool nullData = in.ConsumeIntegralInRange<int>(0, 7) == 0;
   const size_t bytes = type < 0 || overflows ? 0 : count * kElementSize[type];
-  const std::vector<uint64_t> words = fuzzsupport::ConsumeElements(in, bytes);
+  const std::vector<uint64_t> words = ConsumeElements(in, bytes);
 
-  const int result =
-      fuzzsupport::UpdateAs(subject.meta, tag, asType, nullData ? nullptr : words.data(), count);
+  const int result = UpdateAs(subject.meta, tag, asType, nullData ? nullptr : words.data(), count);
   const bool accepted = known != nullptr && known->type == type && !overflows && !(nullData && count != 0);
   Require((result == 0) == accepted);
   if (!accepted) return;
@@ -154,49 +131,33 @@ void AddAHundredTags(FuzzedDataProvider& in, Subject& subject, Subject&) {
 
 void Erase(FuzzedDataProvider& in, Subject& subject, Subject&) {
   const uint32_t tag = AnyTag(in);
-  const bool present = subject.model.erase(tag) != 0;
-  Require((subject.meta.erase(tag) == 0) == present);
-  subject.seen.erase(tag);
+  Require((subject.meta.erase(tag) == 0) == (subject.model.erase(tag) != 0));
 }
 
 // Callers may repair a value in the found data; the next lookup sees it.
 void WriteInPlace(FuzzedDataProvider& in, Subject& subject, Subject&) {
   if (subject.model.empty()) return;
-  auto modelled = subject.model.begin();
-  std::advance(modelled, in.ConsumeIntegralInRange<size_t>(0, subject.model.size() - 1));
+  const auto modelled =
+      std::next(subject.model.begin(), in.ConsumeIntegralInRange<long>(0, subject.model.size() - 1));
   ModelEntry& expected = modelled->second;
   if (expected.bytes.empty()) return;
   const size_t at = in.ConsumeIntegralInRange<size_t>(0, expected.bytes.size() - 1);
   const uint8_t value = in.ConsumeIntegral<uint8_t>();
-  const camera_metadata_ro_entry entry = subject.meta.find(modelled->first);
-  Require(entry.count != 0);
-  const_cast<uint8_t*>(entry.data.u8)[at] = value;
+  const_cast<uint8_t*>(subject.meta.find(modelled->first).data.u8)[at] = value;
   expected.bytes[at] = value;
 }
 
 // Any text, or a registered name as it is or with one character changed,
-// dropped or added: the name lookup hashes only part of a name, so a name
-// is found only when it is a registered one, and then as that tag.
-std::string AnyName(FuzzedDataProvider& in) {
-  if (in.ConsumeBool()) return in.ConsumeRandomLengthString(48);
-  std::string name = fuzzsupport::AnyRegisteredTag(in).name;
+// dropped or added.
+void FindByAnyName(FuzzedDataProvider& in, Subject& subject, Subject&) {
+  if (in.ConsumeBool()) return CheckByName(subject, in.ConsumeRandomLengthString(48));
+  std::string name = AnyRegisteredTag(in).name;
   const size_t at = in.ConsumeIntegralInRange<size_t>(0, name.size() - 1);
   const int edit = in.ConsumeIntegralInRange<int>(0, 3);
   if (edit == 0) name[at] = in.ConsumeIntegral<char>();
   if (edit == 1) name.erase(at, 1);
   if (edit == 2) name.insert(in.ConsumeBool() ? name.size() : at, 1, in.ConsumeIntegral<char>());
-  return name;
-}
-
-void FindByAnyName(FuzzedDataProvider& in, Subject& subject, Subject&) {
-  const std::string name = AnyName(in);
-  const RegisteredTag* known = RegisteredByName(name.c_str());
-  unsigned int number = 0xDEADu;
-  const int result = NvMetadata::getTagFromName(name.c_str(), &number);
-  Require((result == 0) == (known != nullptr));
-  Require(known != nullptr ? number == known->tag : number == 0xDEADu);
-  if (known != nullptr) CheckByName(subject, *known);
-  if (known == nullptr) Require(subject.meta.find(name.c_str()).count == 0);
+  CheckByName(subject, name);
 }
 
 // A lookup by number, and by name when the tag is registered; the registry
@@ -208,33 +169,29 @@ void Find(FuzzedDataProvider& in, Subject& subject, Subject&) {
   Require(NvMetadata::getTagType(tag) == (known != nullptr ? known->type : -1));
   const char* name = NvMetadata::getTagName(tag);
   Require(known != nullptr ? name != nullptr && std::strcmp(name, known->name) == 0 : name == nullptr);
-  if (known != nullptr) CheckByName(subject, *known);
+  if (known != nullptr) CheckByName(subject, known->name);
 }
 
 // Copies are independent: the source keeps its entries where they were. A
 // moved-from container is left empty, and usable.
 void CopyOrMove(FuzzedDataProvider& in, Subject& from, Subject& to) {
   const bool move = in.ConsumeBool();
-  const bool construct = in.ConsumeBool();
-  if (move && construct) {
-    NvMetadata moved(std::move(from.meta));
-    to.meta = std::move(moved);
+  if (in.ConsumeBool()) {  // through a constructed copy or move
+    NvMetadata made = move ? NvMetadata(std::move(from.meta)) : NvMetadata(from.meta);
+    to.meta = std::move(made);
   } else if (move) {
     to.meta = std::move(from.meta);
-  } else if (construct) {
-    NvMetadata copy(from.meta);
-    to.meta = copy;
   } else {
     to.meta = from.meta;
   }
   to.model = from.model;
   to.seen.clear();
-  if (move) from.Reset();
+  if (move) from.model.clear();
 }
 
 void Clear(FuzzedDataProvider&, Subject& subject, Subject&) {
   subject.meta.clear();
-  subject.Reset();
+  subject.model.clear();
 }
 
 using Step = void (*)(FuzzedDataProvider& in, Subject& subject, Subject& other);
@@ -248,14 +205,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   FuzzedDataProvider in(data, size);
   Subject subjects[2];
   for (int step = 0; step < 256 && in.remaining_bytes() > 0; ++step) {
-    const bool second = in.ConsumeBool();
-    Subject& subject = subjects[second ? 1 : 0];
-    Subject& other = subjects[second ? 0 : 1];
-    in.PickValueInArray(kSteps)(in, subject, other);
-    CheckSoon(subject, step);
-    CheckSoon(other, step);
+    const int first = in.ConsumeIntegralInRange<int>(0, 1);
+    in.PickValueInArray(kSteps)(in, subjects[first], subjects[1 - first]);
+    // Every step while a container is small; once it holds most tags, every
+    // eighth (and at the end), which keeps the runs fast.
+    for (Subject& subject : subjects)
+      if (subject.model.size() < 64 || step % 8 == 0) CheckAll(subject);
   }
-  CheckAll(subjects[0]);
-  CheckAll(subjects[1]);
+  for (Subject& subject : subjects) CheckAll(subject);
   return 0;
 }

@@ -1,13 +1,11 @@
-// What the fuzz targets share: drawing tags and element data from the
-// input, writes through every overload, and logging that formats every
-// message without printing it.
+// What the fuzz targets share: tags and element data drawn from the input,
+// writes through every overload, logging that formats and never prints.
 #pragma once
 
 #include <NvMetadata.h>
 #include <fuzzer/FuzzedDataProvider.h>
 #include <nvdebug/NvLog.h>
 
-#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -17,10 +15,7 @@
 
 namespace fuzzsupport {
 
-using tagtable::kElementSize;
-using tagtable::kRegisteredTagCount;
-using tagtable::kRegisteredTags;
-using tagtable::RegisteredTag;
+using namespace tagtable;  // the registry's table is the targets' oracle
 
 // A broken promise is a finding: stop with a crash libFuzzer reports.
 inline void Require(bool condition) {
@@ -40,29 +35,23 @@ inline std::vector<uint64_t> ConsumeElements(FuzzedDataProvider& in, size_t byte
   return words;
 }
 
+template <typename T>
+int UpdateTyped(NvMetadata& meta, uint32_t tag, const void* data, unsigned long count) {
+  return meta.update(tag, static_cast<const T*>(data), count);
+}
+
 // A write through the overload of element type `type`; any other value
 // (NUM_TYPES) takes the untyped one, which uses the tag's registered type.
 inline int UpdateAs(NvMetadata& meta, uint32_t tag, int type, const void* data, unsigned long count) {
-  switch (type) {
-    case TYPE_BYTE:
-      return meta.update(tag, static_cast<const uint8_t*>(data), count);
-    case TYPE_INT32:
-      return meta.update(tag, static_cast<const int32_t*>(data), count);
-    case TYPE_FLOAT:
-      return meta.update(tag, static_cast<const float*>(data), count);
-    case TYPE_INT64:
-      return meta.update(tag, static_cast<const int64_t*>(data), count);
-    case TYPE_DOUBLE:
-      return meta.update(tag, static_cast<const double*>(data), count);
-    case TYPE_RATIONAL:
-      return meta.update(tag, static_cast<const camera_metadata_rational*>(data), count);
-    default:
-      return meta.update(tag, data, count);
-  }
+  using Write = int (*)(NvMetadata&, uint32_t, const void*, unsigned long);
+  constexpr Write kByType[NUM_TYPES] = {UpdateTyped<uint8_t>, UpdateTyped<int32_t>,
+                                        UpdateTyped<float>,   UpdateTyped<int64_t>,
+                                        UpdateTyped<double>,  UpdateTyped<camera_metadata_rational>};
+  if (type < 0 || type >= NUM_TYPES) return meta.update(tag, data, count);
+  return kByType[type](meta, tag, data, count);
 }
 
-// Every message formatted, on fuzzed values, by both sinks, observed and
-// never printed; or, faster, every level off.
+// Every message formatted on fuzzed values by both sinks, never printed; or, faster, every level off.
 inline void FormatLogsSilently(bool format) {
   gNvCamLogLevel = gNvCamOfflineLogLevel = format ? 0 : 7;
   gNvCamLogGroup = gNvCamOfflineLogGroup = 0xFFFFFFFFu;

@@ -1,21 +1,15 @@
-// Every helper operation on metadata built from the input.
-//
-// The input fills a request and one camera's static metadata with tags drawn
-// from the registry, mostly those the operation tables read, with any count
-// (the boundaries of what the rows rely on come up often), arbitrary values
-// and now and then a write of the wrong element type, which the container
-// must refuse. It may take indices away from the tag wrapper, and picks the
-// operations' extra arguments. Then every operation of the catalogue runs
-// with real outputs, with null outputs, and without a request. A crash, a
-// sanitizer report (a read past the end of an entry among them), a
-// refused-type write that was accepted, or a getter that adds or removes
-// entries is a finding.
+// Every helper operation on a request and static metadata built from the
+// input: mostly the tags the operation rows read, with any count (around the
+// rows' counts often), any values, now and then the wrong element type (which
+// must be refused), some indices undeclared. Every catalogue operation runs
+// with real outputs, null outputs and no request. A sanitizer report (a read
+// past an entry's end among them), or a getter adding or removing entries,
+// is a finding.
 #include <MetaTagWrapper.h>
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <algorithm>
-#include <cstddef>
-#include <cstring>
+#include <functional>
 #include <iterator>
 #include <map>
 #include <memory>
@@ -33,16 +27,14 @@ namespace {
 
 using fuzzsupport::kElementSize;
 using fuzzsupport::Require;
-using metahelper::MetaPtr;
-using metahelper::ops::Access;
 using metahelper::ops::Row;
 
-// ---- What the operation tables read ------------------------------------------
 uint32_t TagNumberOf(const metahelper::ops::TagRef& ref) {
   if (ref.index != META_NO_INDEX) return MetaTagWrapper::getInstance()(ref.index);
   if (ref.number != 0) return ref.number;
-  unsigned int number = MetaTagWrapper::kUndeclared;
-  return NvMetadata::getTagFromName(ref.name, &number) == 0 ? number : MetaTagWrapper::kUndeclared;
+  unsigned int number = MetaTagWrapper::kUndeclared;  // an unknown name leaves it
+  NvMetadata::getTagFromName(ref.name, &number);
+  return number;
 }
 
 // Every tag any row of either table reads or writes, with the most elements
@@ -53,7 +45,7 @@ const std::map<uint32_t, uint32_t>& ReliedCounts() {
   static const std::map<uint32_t, uint32_t> relied = [] {
     std::map<uint32_t, uint32_t> most;
     const auto note = [&most](const Row& row) {
-      for (const Access& access : row.access) {
+      for (const auto& access : row.access) {
         if (!metahelper::ops::HasTag(access.tag)) continue;
         const uint32_t tag = TagNumberOf(access.tag);
         // A row names a tag the platform has, with the element type it registers.
@@ -69,11 +61,6 @@ const std::map<uint32_t, uint32_t>& ReliedCounts() {
   return relied;
 }
 
-// ---- Building the metadata --------------------------------------------------
-constexpr size_t kMaxEntries = 48;
-// Random counts of tags whose length no row relies on stay about this small.
-constexpr size_t kSmallCount = 40;
-
 // Three times in four a tag the rows read, else any registered one.
 uint32_t PickTag(FuzzedDataProvider& in) {
   const std::map<uint32_t, uint32_t>& read = ReliedCounts();
@@ -82,14 +69,14 @@ uint32_t PickTag(FuzzedDataProvider& in) {
 }
 
 // Any count, zero included; the boundaries around the rows' count come up
-// often: 0, 1, count - 1, count, count + 1, or up to about twice the count.
+// often: 0, 1, count - 1, count, count + 1, or up to about twice the count
+// (40 for a tag whose length no row relies on).
 size_t PickCount(FuzzedDataProvider& in, uint32_t tag) {
-  const auto found = ReliedCounts().find(tag);
-  const size_t relied = found != ReliedCounts().end() ? found->second : 0;
+  const size_t relied = ReliedCounts().count(tag) != 0 ? ReliedCounts().at(tag) : 0;
   const int pick = in.ConsumeIntegralInRange<int>(0, 5);
   if (pick < 2) return static_cast<size_t>(pick);
   if (relied > 0 && pick < 5) return relied + pick - 3;
-  return in.ConsumeIntegralInRange<size_t>(0, std::max(2 * relied, kSmallCount));
+  return in.ConsumeIntegralInRange<size_t>(0, std::max<size_t>(2 * relied, 40));
 }
 
 void WriteOneTag(FuzzedDataProvider& in, NvMetadata& meta) {
@@ -100,8 +87,8 @@ void WriteOneTag(FuzzedDataProvider& in, NvMetadata& meta) {
       wrongType ? (registered + in.ConsumeIntegralInRange<int>(1, NUM_TYPES - 1)) % NUM_TYPES : registered;
   const size_t count = PickCount(in, tag);
   const std::vector<uint64_t> words = fuzzsupport::ConsumeElements(in, count * kElementSize[type]);
-  const int result = fuzzsupport::UpdateAs(meta, tag, type, words.data(), count);
-  Require(!wrongType || result != 0);  // the container refuses another element type
+  // The container refuses another element type.
+  Require(fuzzsupport::UpdateAs(meta, tag, type, words.data(), count) != 0 || !wrongType);
 }
 
 const META_TAG_INDEX kIndices[] = {
@@ -109,14 +96,6 @@ const META_TAG_INDEX kIndices[] = {
 #include "MetaTagIndex.def"
 #undef META_TAG_INDEX_ENTRY
 };
-
-void UndeclareSomeIndices(FuzzedDataProvider& in) {
-  const int undeclared = in.ConsumeIntegralInRange<int>(0, 3);
-  for (int i = 0; i < undeclared; ++i) {
-    const META_TAG_INDEX index = kIndices[in.ConsumeIntegralInRange<size_t>(0, std::size(kIndices) - 1)];
-    MetaTagWrapper::getInstance().setTag(index, MetaTagWrapper::kUndeclared);
-  }
-}
 
 opcatalog::CallContext ContextFrom(FuzzedDataProvider& in) {
   opcatalog::CallContext context;
@@ -127,23 +106,17 @@ opcatalog::CallContext ContextFrom(FuzzedDataProvider& in) {
   context.inSensorZoom = in.ConsumeBool();
   context.imageSize = {in.ConsumeIntegralInRange<uint32_t>(0, 9000),
                        in.ConsumeIntegralInRange<uint32_t>(0, 7000)};
-  const int32_t mapWidth = in.ConsumeIntegralInRange<int32_t>(-1, 64);
-  const int32_t mapHeight = in.ConsumeIntegralInRange<int32_t>(-1, 64);
-  context.lscMapSize = {mapWidth, mapHeight};
+  context.lscMapSize = {in.ConsumeIntegralInRange<int32_t>(-1, 64),
+                        in.ConsumeIntegralInRange<int32_t>(-1, 64)};
   return context;
 }
 
-// ---- Running the catalogue ---------------------------------------------------
 // Folds every produced value into a checksum, so each one is read.
 class ChecksumSink : public opcatalog::ValueSink {
  public:
   void Integer(const char*, long long value) override { Mix(static_cast<unsigned long long>(value)); }
   void Unsigned(const char*, unsigned long long value) override { Mix(value); }
-  void Real(const char*, double value) override {
-    unsigned long long bits = 0;
-    std::memcpy(&bits, &value, sizeof bits);
-    Mix(bits);
-  }
+  void Real(const char*, double value) override { Mix(std::hash<double>{}(value)); }
   void Boolean(const char*, bool value) override { Mix(value ? 1 : 0); }
   void Text(const char*, const char* text, size_t length) override {
     for (size_t i = 0; i < length; ++i) Mix(static_cast<unsigned char>(text[i]));
@@ -183,32 +156,25 @@ metahelper::metadataHelperBase& PickHelper(bool generic) {
 
 }  // namespace
 
-// The rows' tags are resolved before any input undeclares an index.
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  ReliedCounts();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   FuzzedDataProvider in(data, size);
+  ReliedCounts();
   fuzzsupport::FormatLogsSilently(in.ConsumeBool());
-  const bool generic = in.ConsumeBool();
+  metahelper::metadataHelperBase& helper = PickHelper(in.ConsumeBool());
   opcatalog::CallContext context = ContextFrom(in);
 
-  const MetaPtr request = std::make_shared<NvMetadata>();
-  const MetaPtr staticMeta = std::make_shared<NvMetadata>();
-  if (in.ConsumeBool()) {  // the request names the camera whose static metadata is set
-    const int32_t cameraId = context.cameraId;
-    request->update(MetaTagWrapper::getInstance()(META_FWK_CAMERA_ID), &cameraId, 1);
-  }
-  UndeclareSomeIndices(in);
-  for (size_t i = 0; i < kMaxEntries && in.remaining_bytes() > 0; ++i)
+  const auto request = std::make_shared<NvMetadata>();
+  const auto staticMeta = std::make_shared<NvMetadata>();
+  if (in.ConsumeBool())  // the request names the camera whose static metadata is set
+    request->update(MetaTagWrapper::getInstance()(META_FWK_CAMERA_ID), &context.cameraId, 1);
+  for (int i = in.ConsumeIntegralInRange<int>(0, 3); i > 0; --i)
+    MetaTagWrapper::getInstance().setTag(in.PickValueInArray(kIndices), MetaTagWrapper::kUndeclared);
+  for (size_t i = 0; i < 48 && in.remaining_bytes() > 0; ++i)
     WriteOneTag(in, in.ConsumeBool() ? *request : *staticMeta);
   StaticMetadataWraper::getInstance()->setStaticMetadata(static_cast<unsigned>(context.cameraId), staticMeta);
 
   ChecksumSink sink;
   context.sink = &sink;
-  metahelper::metadataHelperBase& helper = PickHelper(generic);
   context.request = request;
   RunEveryOperation(helper, context);
   context.nullOutputs = true;
