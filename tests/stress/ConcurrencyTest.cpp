@@ -48,11 +48,7 @@ void SetUpPlatform() {
 // The catalogue's reads of `request`, or given `second` its setters, added to
 // `outcomes`.
 void RunCatalogue(Helper& helper, MetaPtr request, MetaPtr second, bool nullOutputs, Outcomes& outcomes) {
-  opcatalog::CallContext context;
-  context.request = std::move(request);
-  context.second = second;
-  context.nullOutputs = nullOutputs;
-  context.cameraId = testsupport::kFullCamera;
+  opcatalog::CallContext context{std::move(request), second, nullOutputs, nullptr, testsupport::kFullCamera};
   context.timestamp = kShiftTimestamp;
   size_t count = 0;
   const opcatalog::Operation* operations = opcatalog::Operations(&count);
