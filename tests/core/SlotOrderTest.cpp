@@ -1,9 +1,5 @@
-// The helper's virtual slot order, checked from a caller's side. Callers are
-// compiled against a declaration of the slot table, not against this
-// project's header: CallerHelper below declares it from HelperSlots.def, and
-// every slot is called through it on a recorder laid out by the project's
-// header. Any reordering, missing overload or changed signature in the header
-// makes a call land in the wrong slot.
+// The helper's slot order as callers see it: they compile against HelperSlots.def, not this project's
+// header, so any reordering, missing overload or changed signature lands a call in the wrong slot.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
@@ -14,10 +10,8 @@
 #include "MtkMetadataHelper.h"
 #include "TestSupport.h"
 
-// What a caller compiles against: the slot table, nothing of the project's.
-// These have external linkage on purpose: a class in an anonymous namespace
-// with no concrete subclass lets the optimiser turn every call through it
-// into a pure-virtual call.
+// External linkage on purpose: in an anonymous namespace, with no concrete subclass, the
+// optimiser turns every call through the caller's classes into a pure-virtual call.
 namespace caller {
 
 using Meta = std::shared_ptr<NvMetadata>;
@@ -41,12 +35,6 @@ class CallerManager {
   virtual std::shared_ptr<CallerHelper> GetMetadataHelper() = 0;
 };
 
-}  // namespace caller
-
-namespace {
-
-using Meta = std::shared_ptr<NvMetadata>;
-
 struct Args {
   FacesInfo faces{};
   std::vector<int> ids;
@@ -68,10 +56,8 @@ class SlotRecorder : public metahelper::metadataHelperBase {
 
 TEST(SlotOrder, EverySlotOfTheCallersTableRunsThatOperation) {
   SlotRecorder recorder;
-  auto* caller =
-      reinterpret_cast<caller::CallerHelper*>(static_cast<metahelper::metadataHelperBase*>(&recorder));
-  // As in a real caller, nothing about the object may be known beyond the
-  // pointer: hide its origin from the optimiser.
+  auto* caller = reinterpret_cast<CallerHelper*>(static_cast<metahelper::metadataHelperBase*>(&recorder));
+  // As in a real caller, hide the object's origin from the optimiser.
   asm volatile("" : "+r"(caller));
   Args a;
   int calls = 0;
@@ -85,28 +71,23 @@ TEST(SlotOrder, EverySlotOfTheCallersTableRunsThatOperation) {
   EXPECT_EQ(188, calls);  // 190 slots less the two destructors
 }
 
-// The real library, reached the way a caller reaches it: dlopen, the
-// unmangled GetInstance, and only the caller's declarations.
+// The real library as a caller reaches it: dlopen, GetInstance, the caller's declarations.
 TEST(LoadedLibrary, ManagerSlotsAndTheHandedOutHelper) {
   void* handle = dlopen("libmetadataHelper.so", RTLD_NOW);
   ASSERT_NE(nullptr, handle) << dlerror();
   auto getInstance = reinterpret_cast<void* (*)()>(dlsym(handle, "GetInstance"));
   ASSERT_NE(nullptr, getInstance);
   // One manager and one helper for every caller, no Init needed first.
-  auto* manager = static_cast<caller::CallerManager*>(getInstance());
+  auto* manager = static_cast<CallerManager*>(getInstance());
   ASSERT_EQ(manager, getInstance());
-  std::shared_ptr<caller::CallerHelper> helper = manager->GetMetadataHelper();
+  std::shared_ptr<CallerHelper> helper = manager->GetMetadataHelper();
   ASSERT_NE(nullptr, helper);
-  const long owners = helper.use_count();
-  EXPECT_EQ(owners + 1, manager->GetMetadataHelper().use_count()) << "one helper, shared";
   EXPECT_EQ(0, manager->Init());
-  EXPECT_EQ(helper, manager->GetMetadataHelper());
+  EXPECT_EQ(helper, manager->GetMetadataHelper()) << "one helper, shared";
   testsupport::LogCapture log;
-  // A not-supported slot names itself in its "arg err" line, so the function
-  // printed tells which operation the caller's slot reached: a late base slot
-  // and the platform's own slot past the base table.
+  // A not-supported slot names itself: a late base slot, and the platform's own past the base table.
   EXPECT_EQ(-1, helper->GetWhiteBlackOutput(nullptr, nullptr));
-  EXPECT_EQ(-1, static_cast<caller::CallerMtkHelper*>(helper.get())->GetStgExpInfo(nullptr, nullptr));
+  EXPECT_EQ(-1, static_cast<CallerMtkHelper*>(helper.get())->GetStgExpInfo(nullptr, nullptr));
   ASSERT_EQ(2u, log.online.size());
   EXPECT_EQ("GetWhiteBlackOutput", log.online[0].function);
   EXPECT_EQ("GetStgExpInfo", log.online[1].function);
@@ -114,4 +95,4 @@ TEST(LoadedLibrary, ManagerSlotsAndTheHandedOutHelper) {
   dlclose(handle);
 }
 
-}  // namespace
+}  // namespace caller
