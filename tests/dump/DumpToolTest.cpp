@@ -13,6 +13,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "Dump.h"
@@ -50,8 +51,7 @@ Json RunJson(Args args) {
   return Json::parse(outcome.out);
 }
 
-// ctest runs each case in its own process, in parallel: the process id keeps
-// their files apart.
+// ctest runs the cases in parallel processes: the process id keeps their files apart.
 std::string WriteFile(const std::string& name, const std::string& text) {
   const std::string path = ::testing::TempDir() + std::to_string(getpid()) + "_" + name;
   std::ofstream(path) << text;
@@ -82,18 +82,13 @@ TEST(DumpExample, ListsEveryBufferWithItsCameraKindAndSession) {
             listed);  // the last two from the previous session's block
 }
 
-// Each request and result is answered from its own camera's statics: the
-// request's framework id picks them; a physical frame, which carries none, is
-// asked about the camera the dump shows it under. Buffer 3 gives the values
-// examples/camera_dump/README.md works out that need the tool's context. The
-// run leaves the process's statics and vendor tag table as it found them.
+// Each request and result is answered from its own camera's statics (a physical frame's: the camera
+// the dump shows it under); buffer 3 gives the README's values that need the tool's context. The run
+// leaves the process's statics and vendor tag table as it found them.
 TEST(DumpExample, ReplaysEveryRequestAndResultWithItsOwnCamerasStatics) {
-  struct Row {
-    unsigned buffer;
-    Json activeArray;  // GetActiveArraySize: the request's camera's statics
-    Json physicalIds;  // GetAndroidLogicalMultiCameraPhysicalIds(int): the context's camera
-  };
-  const Row expected[] = {
+  // Buffer, GetActiveArraySize (the request's camera's statics), and
+  // GetAndroidLogicalMultiCameraPhysicalIds(int) (the context's camera).
+  const std::tuple<unsigned, Json, Json> expected[] = {
       {1, Rect(0, 0, 4000, 3000), {3, 2, 4}},     {2, nullptr, Json::array()},
       {3, Rect(0, 0, 4000, 3000), {3, 2, 4}},     {8, Rect(0, 0, 3264, 2448), Json::array()},
       {9, Rect(0, 0, 3264, 2448), Json::array()},
@@ -119,17 +114,16 @@ TEST(DumpExample, ReplaysEveryRequestAndResultWithItsOwnCamerasStatics) {
   store->clear();
   ASSERT_EQ(std::size(expected), dump.size());
   for (size_t i = 0; i < dump.size(); ++i) {
-    SCOPED_TRACE(expected[i].buffer);
-    EXPECT_EQ(expected[i].buffer, dump[i]["buffer"]);
-    EXPECT_EQ(expected[i].activeArray, Operation(dump[i], "GetActiveArraySize")["value"]);
-    EXPECT_EQ(expected[i].physicalIds,
-              Operation(dump[i], "GetAndroidLogicalMultiCameraPhysicalIds")["value"]);
+    const auto& [buffer, activeArray, physicalIds] = expected[i];
+    SCOPED_TRACE(buffer);
+    EXPECT_EQ(buffer, dump[i]["buffer"]);
+    EXPECT_EQ(activeArray, Operation(dump[i], "GetActiveArraySize")["value"]);
+    EXPECT_EQ(physicalIds, Operation(dump[i], "GetAndroidLogicalMultiCameraPhysicalIds")["value"]);
   }
   for (const auto& [name, value] : worked) EXPECT_EQ(value, Operation(dump[2], name)["value"]) << name;
 }
 
-// One buffer as the service prints it, `indentation` deep, holding `entries`
-// (each entry line followed by its values line, indented by two).
+// One buffer as the service prints it, `indentation` deep, holding `entries`.
 std::string Buffer(const std::string& entries, int indentation = 0) {
   const std::string pad(indentation, ' ');
   std::string text = pad + "Dumping camera metadata array: 1 / 1 entries, 0 / 0 bytes of extra data.\n" +
@@ -146,10 +140,9 @@ std::string LastRequestOf(int camera, const std::string& entries) {
 
 const std::string kExposure = "android.sensor.exposureTime (e0000): int64[1]\n  [10000000 ]\n";
 
-// Each run is in JSON unless it names its --format: its exit status, a text
-// its stdout holds ("": prints nothing) and one its stderr holds ("": quiet).
-// The library's own log stays off the process's stderr even when the user's
-// environment turns every level on, and that level comes back after each run.
+// Each run is in JSON unless it names its --format: exit status, a text its stdout holds ("": prints
+// nothing) and one its stderr holds ("": quiet). The library's log stays off stderr even with every
+// level on, and that level comes back after each run.
 TEST(DumpRuns, EachRunsStatusOutputAndMessage) {
   const std::string good = WriteFile("good.txt", Buffer(kExposure));
   const std::string plain = WriteFile("plain.txt", "  " + kExposure);  // no camera, no header
@@ -182,13 +175,7 @@ TEST(DumpRuns, EachRunsStatusOutputAndMessage) {
     args.insert(args.end(), extra.begin(), extra.end());
     return args;
   };
-  struct Run {
-    Args args;
-    int status;
-    std::string out;
-    std::string err;
-  };
-  const Run runs[] = {
+  const std::tuple<Args, int, std::string, std::string> runs[] = {
       // the camera asked about: --camera, else the request's, the dump's or 0
       {{kDump, "--buffer", "3", "--camera", "2", "--only", ids}, 0, R"("value":[],)", ""},
       {{plain, "--static", "0=" + kDump, "--only", ids}, 0, R"("value":[3,2,4],)", ""},
@@ -204,10 +191,8 @@ TEST(DumpRuns, EachRunsStatusOutputAndMessage) {
        ""},
       // each --log level shows its lines and those above; the tags looked up
       {{plain, "--only", "GetUIEV", "--log", "error"}, 0, R"("found":false}],"log":[]})", ""},
-      {{plain, "--only", "GetUIEV", "--log", "w"}, 0, R"("log":[{"level":"W",)", ""},
       {{plain, "--only", "GetUIEV", "--log", "Verbose"}, 0, R"("log":[{"level":"V",)", ""},
-      // an answer resting on an entry the dump cut short; the table marks it
-      // even without --tags
+      // an answer resting on an entry the dump cut short; the table marks it even without --tags
       {{cut, "--only", "GetGTMTable"}, 0, R"("found":true,"cut":true})", "16 of 20 values printed"},
       {{cut, "--only", "GetGTMTable", "--format", "table"},
        0,
@@ -230,7 +215,6 @@ TEST(DumpRuns, EachRunsStatusOutputAndMessage) {
       // bad command lines
       {{}, 2, "", "FILE"},
       {{good, "--bogus"}, 2, "", "--bogus"},
-      {{good, "--static", "front.txt"}, 2, "", "ID=FILE"},
       {{good, "--static", "4294967296=front.txt"}, 2, "", "ID=FILE"},
       {{good, "--static", "0=" + good, "--static", "0=" + good}, 2, "", "camera 0 given twice"},
       {{good, "--format", "xml"}, 2, "", "xml"},
@@ -244,17 +228,17 @@ TEST(DumpRuns, EachRunsStatusOutputAndMessage) {
   };
   gNvCamLogLevel = 2;  // every level on
   testing::internal::CaptureStderr();
-  for (const Run& run : runs) {
-    SCOPED_TRACE(testing::PrintToString(run.args));
-    Args args = run.args;
+  for (const auto& [runArgs, status, out, err] : runs) {
+    SCOPED_TRACE(testing::PrintToString(runArgs));
+    Args args = runArgs;
     if (std::find(args.begin(), args.end(), "--format") == args.end())
       args.insert(args.end(), {"--format", "json"});
     const Outcome outcome = RunTool(args);
-    EXPECT_EQ(run.status, outcome.status);
-    EXPECT_EQ(run.out.empty(), outcome.out.empty());
-    EXPECT_NE(std::string::npos, outcome.out.find(run.out)) << outcome.out;
-    EXPECT_EQ(run.err.empty(), outcome.err.empty());
-    EXPECT_NE(std::string::npos, outcome.err.find(run.err)) << outcome.err;
+    EXPECT_EQ(status, outcome.status);
+    EXPECT_EQ(out.empty(), outcome.out.empty());
+    EXPECT_NE(std::string::npos, outcome.out.find(out)) << outcome.out;
+    EXPECT_EQ(err.empty(), outcome.err.empty());
+    EXPECT_NE(std::string::npos, outcome.err.find(err)) << outcome.err;
     // one message; a bad command line adds where help is
     EXPECT_LE(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 2);
     EXPECT_EQ(2u, gNvCamLogLevel);
@@ -274,15 +258,9 @@ TEST(DumpRealText, ShortestTextThatReadsBackAsTheSameValue) {
   for (const auto& [value, text] : cases) EXPECT_EQ(text, dump::RealText(value));
 }
 
+// dump.txt:7, camera 2, a stale last request with no entries.
 metatext::Buffer ABuffer() {
-  metatext::Buffer buffer;
-  buffer.file = "dump.txt";
-  buffer.line = 7;
-  buffer.camera = "2";
-  buffer.kind = metatext::Kind::kLastRequest;
-  buffer.stale = true;
-  buffer.meta = std::make_shared<NvMetadata>();
-  return buffer;
+  return {"dump.txt", 7, "2", metatext::Kind::kLastRequest, "", true, std::make_shared<NvMetadata>()};
 }
 
 // Too wide a value continues under its column, a record's under its first field.
