@@ -192,12 +192,8 @@ TEST(DumpRuns, EachRunsStatusOutputAndMessage) {
       // each --log level shows its lines and those above; the tags looked up
       {{plain, "--only", "GetUIEV", "--log", "error"}, 0, R"("found":false}],"log":[]})", ""},
       {{plain, "--only", "GetUIEV", "--log", "Verbose"}, 0, R"("log":[{"level":"V",)", ""},
-      // an answer resting on an entry the dump cut short; the table marks it even without --tags
+      // an answer resting on an entry the dump cut short
       {{cut, "--only", "GetGTMTable"}, 0, R"("found":true,"cut":true})", "16 of 20 values printed"},
-      {{cut, "--only", "GetGTMTable", "--format", "table"},
-       0,
-       "\n      found    nuvaro.hdr.gtm.curve (request)  ! the dump printed only part of it\n",
-       "16 of 20"},
       {{plain, "--only", "GetUIEV", "--format", "table", "--tags"},
        0,
        "\n      missing  nuvaro.ae.exposureCompensation (request)\n",
@@ -208,7 +204,6 @@ TEST(DumpRuns, EachRunsStatusOutputAndMessage) {
       {{missing}, 2, "", missing + ": "},
       {{noBuffer}, 2, "", noBuffer + ": holds no camera metadata buffer"},
       {{good, "--static", "5=" + kDump}, 2, "", kDump + ": holds no static characteristics of camera 5"},
-      {{mixed}, 1, R"("buffer":1,)", mixed + ":12: "},
       {{mixed, "--list", "--format", "table"}, 0, " unreadable\n", mixed + ":12: "},
       {{good, mixed}, 1, R"("buffer":2,"file":")" + mixed, mixed + ":12: "},
       {{external}, 0, R"("buffer":1,)", "note: " + external + ":9: camera id 'usb-1' is not a number"},
@@ -258,25 +253,24 @@ TEST(DumpRealText, ShortestTextThatReadsBackAsTheSameValue) {
   for (const auto& [value, text] : cases) EXPECT_EQ(text, dump::RealText(value));
 }
 
-// dump.txt:7, camera 2, a stale last request with no entries.
-metatext::Buffer ABuffer() {
-  return {"dump.txt", 7, "2", metatext::Kind::kLastRequest, "", true, std::make_shared<NvMetadata>()};
-}
-
-// Too wide a value continues under its column, a record's under its first field.
-TEST(DumpTable, WideValuesContinueUnderTheValueColumn) {
+// The table: too wide a value continues under its column, a record's under its first field; without
+// --tags only the lookup of an entry the dump cut short shows. JSON: an object per buffer, bad text replaced.
+TEST(DumpPrinters, TableContinuesWideValuesJsonReplacesBadText) {
+  const metatext::Buffer buffer{
+      "dump.txt", 7, "2", metatext::Kind::kLastRequest, "", true, std::make_shared<NvMetadata>(), {}, {}};
   dump::Value many = dump::Value::array(), faces = {{"faceCount", 3}, {"faces", dump::Value::array()}};
   for (int i = 0; i < 30; ++i) many.push_back(i * 1000);
   for (int i = 0; i < 3; ++i)
     faces["faces"].push_back({{"rect", {{"left", 100 * i}, {"width", 40}}}, {"label", "a\"b"}});
-  const metatext::Buffer buffer = ABuffer();
+  const std::vector<dump::TagLookup> tags = {{"nuvaro.hdr.gtm.curve", "request", true, true},
+                                             {"android.control.aeMode", "request", false, false}};
   const std::vector<dump::BufferRun> runs = {
       {{4, &buffer, nullptr},
        {
            {3, "GetShort", 0, 7, {}, {}},
            {41, "GetLSC", 0, many, {}, {}},
            {187, "GetFaceRect", 0, faces, {{'W', "File.cpp", 12, "GetFaceRect", "\"no face\""}}, {}},
-           {188, "GetFocusROI", -1, nullptr, {}, {}},
+           {188, "GetFocusROI", -1, nullptr, {}, tags},
        }}};
   std::ostringstream out;
   dump::PrintTable(runs, {true, false}, out);
@@ -292,13 +286,10 @@ TEST(DumpTable, WideValuesContinueUnderTheValueColumn) {
       "label=\"a\\\"b\"}\n"
       "                                  {rect={left=200 width=40} label=\"a\\\"b\"}]\n"
       "      W File.cpp:12 GetFaceRect() \"no face\"\n"
-      " 188  GetFocusROI      -1  -\n",
+      " 188  GetFocusROI      -1  -\n"
+      "      found    nuvaro.hdr.gtm.curve (request)  ! the dump printed only part of it\n",
       out.str());
-}
-
-TEST(DumpJson, OneObjectPerBufferWithItsOperationsAndBadTextReplaced) {
-  const metatext::Buffer buffer = ABuffer();
-  std::ostringstream out;
+  out.str("");
   dump::PrintJson({{{4, &buffer, nullptr}, {{9, "GetImgName", 0, std::string("IMG\xff"), {}, {}}}}}, false,
                   out);
   EXPECT_EQ(Json::parse(R"([{"buffer":4,"file":"dump.txt","line":7,"camera":"2","kind":"last request",
