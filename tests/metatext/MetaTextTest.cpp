@@ -280,10 +280,9 @@ TEST_F(MetaText, ReadsEachLogcatFormatAndKeepsOtherSourcesApart) {
   for (const auto& [format, mine] : rows) {
     SCOPED_TRACE(format);
     std::string other = mine;
-    const size_t tid = other.find("1250"), tag = other.find("Camera");
-    if (tid != std::string::npos)
+    if (const size_t tid = other.find("1250"); tid != std::string::npos)
       other.replace(tid, 4, "1251");
-    else if (tag != std::string::npos)
+    else if (const size_t tag = other.find("Camera"); tag != std::string::npos)
       other.replace(tag, 6, "Other");
     std::string text;
     std::istringstream dumped(Dumped(0));

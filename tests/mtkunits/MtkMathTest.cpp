@@ -1,5 +1,4 @@
-// The MediaTek helper's pure computations: crop arithmetic, mapping of
-// active-array rectangles into an output image, platform units and tables.
+// The MediaTek helper's pure computations: crop arithmetic, rectangle mapping, platform units and tables.
 #include <gtest/gtest.h>
 
 #include <array>
