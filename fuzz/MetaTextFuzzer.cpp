@@ -67,7 +67,9 @@ std::string Printed(const NvMetadata& meta, const metatext::PrintStyle& style) {
   return out.str();
 }
 
-void CheckReadsBack(const NvMetadata& meta, const metatext::PrintStyle& style, NvVendorTagTable& table) {
+void CheckReadsBack(const NvMetadata& meta, metatext::PrintStyle style, NvVendorTagTable& table) {
+  // Long physicalIds cut to 16 values may read as characters: the reader skips them.
+  if (meta.find(ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS).count > 16) style.verbosity = 2;
   const std::string printed = Printed(meta, style);
   std::istringstream stream(printed);
   metatext::Capture again;

@@ -122,12 +122,17 @@ TEST_F(MetaText, EachOtherFormLoadsOrIsSkippedWithANote) {
       {"  android.scaler.availableStreamConfigurations (d000a): int32[8]\n    [33 640 480 OUTPUT ]\n"
        "    [34 INPUT OUTPUT INPUT ]\n",
        ANDROID_SCALER_AVAILABLE_STREAM_CONFIGURATIONS, V{33, 640, 480, 0, 34, 1, 0, 1}},
-      // physicalIds as characters, as characters that split unevenly
+      // physicalIds as characters, as characters that split unevenly or read as a cut
       {"  android.logicalMultiCamera.physicalIds (1a0000): byte[6]\n    [1 0 1 1 ]\n",
        ANDROID_LOGICAL_MULTI_CAMERA_PHYSICAL_IDS, V{49, 48, 0, 49, 49, 0}},
       {"  android.logicalMultiCamera.physicalIds (1a0000): byte[5]\n    [1 0 2 ]\n", 0, V{},
        S{"dump.txt:3: android.logicalMultiCamera.physicalIds: 3 characters printed for 2 ids; "
          "where each id ends cannot be known, so it is skipped"}},
+      {"  android.logicalMultiCamera.physicalIds (1a0000): byte[24]\n    [0 0 0 0 0 0 0 0 1 1 1 1 1 1 1 1 "
+       "]\n",
+       0, V{},
+       S{"dump.txt:3: android.logicalMultiCamera.physicalIds: 16 one-character values printed for 24: a cut "
+         "list of numbers or ids without their NULs, which cannot be known; skipped"}},
       {"  android.control.unknownTag (1003f): int32[1]\n    [5 ]\n", 0, V{},
        S{"dump.txt:3: android.control.unknownTag (1003f): the dump does not name this tag; skipped"}},
       {"  android.control.aeMode (10003): unknown[1]\n", 0, V{},

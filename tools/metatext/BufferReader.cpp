@@ -321,6 +321,14 @@ bool BufferReader::IdsAsCharacters() {
     return false;
   const size_t characters = entry_.characters.size();
   const size_t ids = entry_.count - characters;
+  // Sixteen one-character values of a longer entry read as well as numbers
+  // cut by verbosity 1: neither reading can be told right.
+  if (characters == kVerbosityCut) {
+    Note(entry_.line,
+         entry_.name + ": 16 one-character values printed for " + std::to_string(entry_.count) +
+             ": a cut list of numbers or ids without their NULs, which cannot be known; skipped");
+    return true;
+  }
   if (characters % ids != 0) {
     Note(entry_.line, entry_.name + ": " + std::to_string(characters) + " characters printed for " +
                           std::to_string(ids) + " ids; where each id ends cannot be known, so it is skipped");
