@@ -21,8 +21,6 @@ namespace {
 // hostile count (or a cut entry that is zero-filled) from making the reader
 // allocate without bound. It is per buffer: a bug report holds many.
 constexpr size_t kMaxValues = size_t{1} << 20;
-// Below verbosity 2 the printer stops after this many values, silently.
-constexpr size_t kVerbosityCut = 16;
 // The printer's name for a type code it does not know.
 constexpr int kUnknownType = NUM_TYPES;
 

@@ -18,8 +18,6 @@ constexpr size_t kValuesPerLine[NUM_TYPES] = {16, 4, 8, 2, 4, 2};
 // data goes to the data area, each entry's aligned to 8 bytes.
 constexpr size_t kInlineBytes = 4;
 constexpr size_t kDataAlignment = 8;
-// Below verbosity 2 the printer stops after this many values.
-constexpr size_t kVerbosityCut = 16;
 
 // Since 15.0.0_r6 only the 4th int32 of each tuple of these is named.
 constexpr uint32_t kStreamConfigurationTags[] = {

@@ -15,6 +15,9 @@ namespace metatext {
 
 constexpr const char* kTypeNames[NUM_TYPES] = {"byte", "int32", "float", "int64", "double", "rational"};
 constexpr size_t kElementSize[NUM_TYPES] = {1, 4, 4, 8, 8, 8};
+// Below verbosity 2 the printer stops after this many values, silently:
+// what it writes and what the reader takes for such a cut.
+constexpr size_t kVerbosityCut = 16;
 // Tags from here up belong to vendor sections; each device numbers them.
 constexpr uint32_t kVendorTagStart = 0x80000000u;
 
